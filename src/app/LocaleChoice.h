@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcessEnvironment>
+#include <QString>
+
+namespace quillora {
+
+// Where the system locale is read from; tests point these at fixtures.
+struct LocaleSources {
+    QString localeConf = QStringLiteral("/etc/locale.conf");
+    QString defaultLocale = QStringLiteral("/etc/default/locale");
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+};
+
+// language_TERRITORY of the system locale ("zh_SG", "fr_CA", "C" ...): LANG from locale.conf,
+// else /etc/default/locale, else LC_ALL / LC_MESSAGES / LANG of the process. Encoding and
+// modifier are dropped.
+QString systemLocaleName(const LocaleSources& sources = {});
+
+// The Windows locale identifier for language_TERRITORY (zh_SG -> 4100), 0 when unknown.
+int windowsLocaleId(const QString& localeName);
+
+// Interface language number "1".."7" for a Windows locale identifier.
+QString interfaceLanguageForLcid(int lcid);
+
+// The interface language the system locale asks for.
+QString chooseInterfaceLanguage(const LocaleSources& sources = {});
+
+// The legacy code page that unmarked non-UTF-8 text files are read with, by locale language:
+// "GBK", "Big5", "windows-874", "windows-1250" or "windows-1252".
+QByteArray legacyCodecForLocale(const QString& localeName);
+
+} // namespace quillora

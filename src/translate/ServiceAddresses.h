@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+namespace quillora {
+
+// Every address the program talks to or opens, in one place. Environment variables override
+// the defaults for mirrors and tests: QUILLORA_SERVICE_URL, QUILLORA_API_URL,
+// QUILLORA_API_CLIENT, QUILLORA_SITE_URL.
+struct ServiceAddresses {
+    QString service; // https://translate.google.com (no trailing slash)
+    QString api;     // https://translate.googleapis.com
+    QString apiClient; // gtx
+    QString site;    // the maker's own pages
+
+    static ServiceAddresses fromEnvironment();
+
+    QUrl formUrl() const;                                   // service + "/"
+    QUrl serviceHome(const QString& hl) const;              // service + "?hl=" + hl
+    QUrl onlineHelp() const;                                // site pages
+    QUrl productHome() const;
+    QUrl sitesPage() const;
+    QUrl outsideTranslator() const;
+    QString webAddressBoxDefault() const;                   // initial text of the address box
+};
+
+} // namespace quillora
