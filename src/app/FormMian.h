@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QMessageBox>
+#include <functional>
+#include <memory>
+
+class QAction;
+class QComboBox;
+class QMenu;
+class QPlainTextEdit;
+
+namespace quillora {
+
+class ConnectivityProbe;
+class Settings;
+class TranslationEngine;
+
+// A message box request; tests replace the shower to answer without a human.
+struct NoticeRequest {
+    QMessageBox::Icon icon = QMessageBox::Information;
+    QString title;
+    QString text;
+    QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+    bool owned = true; // false: no owner window
+};
+using NoticeShower = std::function<QMessageBox::StandardButton(QWidget* owner, const NoticeRequest&)>;
+
+// What the main window is built with; all of it has defaults for the real program.
+struct FormMianDeps {
+    Settings* settings = nullptr;                  // required
+    ConnectivityProbe* connectivity = nullptr;     // default: the system's
+    TranslationEngine* engine = nullptr;           // default: one of its own
+    NoticeShower notice;                           // default: a real QMessageBox
+    QString programPath;                           // default: QCoreApplication::applicationFilePath()
+    bool registerHotKey = true;                    // tests on offscreen pass false
+};
+
+class FormMian : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit FormMian(const FormMianDeps& deps, QWidget* parent = nullptr);
+    ~FormMian() override;
+
+    // The six buttons by index: 0 Translate, 1 Swap, 2 Back, 3 Copy, 4 Paste, 5 Clear.
+    void jcbuttonClick(int index);
+    // Clipboard translation step: replaces the source text, tests the connection, translates.
+    // While a translation runs only the newest text is kept and translated once it ends.
+    void translateCopiedText(const QString& text);
+    bool isTranslating() const;
+
+    QPlainTextEdit* sourceBox() const;
+    QPlainTextEdit* resultBox() const;
+    QPlainTextEdit* phoneticBox() const;
+    QPlainTextEdit* dictionaryBox() const;
+    QComboBox* combo1() const; // target
+    QComboBox* combo2() const; // source
+
+    QAction* action(const QString& key) const; // menu item by key ("menuF0", "STYLE:2", ...)
+    QMenu* systemMenu() const;                 // "SYSMENU", the tray menu
+    void dispatch(const QString& key);         // runs the command of a menu key
+
+    // The show/hide toggle shared by the tray icon, F11 and "menuSYS1".
+    void toggleShowHide();
+    // "Exit": sets the exit flag and closes for real.
+    void requestExit();
+    bool exitRequested() const;
+
+    // Where there is a tray the window hides there when minimised or closed; without one it
+    // stays minimised in the task bar so it can always be reached.
+    void setTrayPresent(bool present);
+    bool trayPresent() const;
+
+    QString interfaceLanguage() const; // "1".."7"
+    QString statusMessage() const;
+    void setStatusMessage(const QString& text);
+
+Q_SIGNALS:
+    void hiddenToTray();           // the window went to the tray: show the welcome balloon
+    void interfaceLanguageChanged();
+    void translationFinished();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace quillora
