@@ -1,0 +1,63 @@
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+namespace quillora::test
+{
+
+CommandResult runCommand(const QString& program, const QStringList& arguments, const QByteArray& input,
+                         int timeoutMs)
+{
+    CommandResult result;
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted(timeoutMs))
+        return result;
+    result.started = true;
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(timeoutMs)) {
+        process.kill();
+        process.waitForFinished();
+        return result;
+    }
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    if (process.exitStatus() == QProcess::NormalExit)
+        result.exitCode = process.exitCode();
+    return result;
+}
+
+QByteArray iconvEncode(const QString& text, const QString& codec)
+{
+    const CommandResult r = runCommand(
+        QStringLiteral("iconv"), {QStringLiteral("-f"), QStringLiteral("UTF-8"), QStringLiteral("-t"), codec},
+        text.toUtf8());
+    return r.ok() ? r.out : QByteArray();
+}
+
+QString iconvDecode(const QByteArray& bytes, const QString& codec)
+{
+    const CommandResult r =
+        runCommand(QStringLiteral("iconv"),
+                   {QStringLiteral("-f"), codec, QStringLiteral("-t"), QStringLiteral("UTF-8")}, bytes);
+    return r.ok() ? QString::fromUtf8(r.out) : QString();
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace quillora::test

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace quillora::test
+{
+
+struct CommandResult {
+    bool started = false;
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+    bool ok() const { return started && exitCode == 0; }
+};
+
+// Runs an external program to completion, feeding `input` on its standard input.
+CommandResult runCommand(const QString& program, const QStringList& arguments, const QByteArray& input = {},
+                         int timeoutMs = 10000);
+
+// `text` converted to `codec` by iconv, the way another program would write it; empty on failure.
+QByteArray iconvEncode(const QString& text, const QString& codec);
+// Bytes in `codec` turned into text by iconv; a null string on failure.
+QString iconvDecode(const QByteArray& bytes, const QString& codec);
+
+// Writes `bytes` to `path` (creating folders); returns whether every byte landed.
+bool writeFile(const QString& path, const QByteArray& bytes);
+// The whole file, or an empty array when it cannot be read.
+QByteArray readFile(const QString& path);
+
+} // namespace quillora::test
