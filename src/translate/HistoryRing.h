@@ -3,7 +3,8 @@
 #include <QString>
 #include <array>
 
-namespace quillora {
+namespace quillora
+{
 
 struct HistorySlot {
     QString source, translation, romanization, dictionary;
@@ -15,12 +16,13 @@ struct HistorySlot {
 
 // The last three translations. Slot files soun<k>0.tmp (translation page) and soun<k>1.tmp
 // (source page) live in the temporary folder.
-class HistoryRing {
+class HistoryRing
+{
 public:
     explicit HistoryRing(QString folder);
 
     // Stores at WritePos, copying the given speech pages (empty path = no page) into the slot files.
-    // Returns the slot written.
+    // The slot's speech flags are set from whether each page was copied. Returns the slot written.
     int store(const HistorySlot& slot, const QString& translationPage, const QString& sourcePage);
     // Moves ShowPos back (0 goes to 2) and returns that slot, used or not.
     const HistorySlot& GoBack();

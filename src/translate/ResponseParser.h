@@ -4,7 +4,8 @@
 #include <QString>
 #include <QUrl>
 
-namespace quillora {
+namespace quillora
+{
 
 struct TranslationResult {
     QString translation;
@@ -21,6 +22,8 @@ inline const QString TranslitMark =
     QStringLiteral("<div id=res-translit class=translit dir=ltr style=\"text-align:\">");
 inline const QString DictMark = QStringLiteral("</h3><ol><li>");
 
+// The text as it goes into the form (and into the source speech page): "&" becomes "%26", nothing else.
+QString sentText(const QString& text);
 // The form body, byte for byte as sent (UTF-8): only "&" in the text becomes "%26".
 QByteArray buildRequestBody(const QString& text, const QString& interfaceCode, const QString& sourceCode,
                             const QString& targetCode);

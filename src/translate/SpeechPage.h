@@ -3,7 +3,8 @@
 #include <QString>
 #include <QUrl>
 
-namespace quillora {
+namespace quillora
+{
 
 inline constexpr int kSpeechTextLimit = 100;
 

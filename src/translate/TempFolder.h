@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 // $XDG_RUNTIME_DIR/quillora, else <temp>/quillora-<uid>; created 0700. A path that exists but is
 // not a directory owned by the user (or is a symlink) is refused for a fresh private folder.

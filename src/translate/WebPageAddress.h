@@ -2,10 +2,12 @@
 
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 // The page-translation address: no escaping of the page address.
 QString webPageTranslationAddress(const QString& serviceBase, const QString& interfaceCode,
-                                  const QString& sourceCode, const QString& targetCode, const QString& pageAddress);
+                                  const QString& sourceCode, const QString& targetCode,
+                                  const QString& pageAddress);
 
 } // namespace quillora
