@@ -5,13 +5,16 @@
 class QCheckBox;
 class QComboBox;
 
-namespace quillora {
+namespace quillora
+{
 
 class Settings;
+struct ParsedOptions;
 
 // "Default Options": edits the seven "Options" fields. On OK the string is stored and the dialog
 // is accepted (the main window then applies it); Close stores nothing.
-class Form2 : public QDialog {
+class Form2 : public QDialog
+{
     Q_OBJECT
 public:
     Form2(Settings* settings, int interfaceLanguage, QWidget* parent = nullptr);
@@ -22,6 +25,7 @@ public:
     QCheckBox* check(int n) const;                 // Check1..Check4
 
 private:
+    void load(const ParsedOptions& options);
     void onOk();
     Settings* m_settings;
     QComboBox* m_combo1;

@@ -4,10 +4,12 @@
 
 class QLabel;
 
-namespace quillora {
+namespace quillora
+{
 
 // Version line "Ver:2.1.91", title 108 and texts 103-107 of the interface language.
-class FormAbout : public QDialog {
+class FormAbout : public QDialog
+{
     Q_OBJECT
 public:
     FormAbout(int interfaceLanguage, QWidget* parent = nullptr);

@@ -1,0 +1,137 @@
+#include "desktop/Form2.h"
+
+#include "app/Settings.h"
+#include "app/StringTable.h"
+#include "translate/LanguageCatalogue.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace quillora
+{
+
+namespace
+{
+
+QComboBox* makeCombo(const QString& name, const QStringList& rows, QWidget* parent)
+{
+    auto* combo = new QComboBox(parent);
+    combo->setObjectName(name);
+    combo->addItems(rows);
+    combo->setMaxVisibleItems(20);
+    return combo;
+}
+
+QLabel* makeLabel(const QString& name, const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(name);
+    return label;
+}
+
+void setRow(QComboBox* combo, int row)
+{
+    if (row >= 0 && row < combo->count())
+        combo->setCurrentIndex(row);
+}
+
+} // namespace
+
+Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
+    : QDialog(parent), m_settings(settings)
+{
+    const auto text = [interfaceLanguage](int offset) {
+        return StringTable::text(interfaceLanguage, offset);
+    };
+    setObjectName(QStringLiteral("Form2"));
+    setWindowTitle(text(30));
+    setModal(true);
+
+    m_combo1 = makeCombo(QStringLiteral("Combo1"), targetPickerNames(interfaceLanguage), this);
+    m_combo2 = makeCombo(QStringLiteral("Combo2"), sourcePickerNames(interfaceLanguage), this);
+    m_combo3 = makeCombo(QStringLiteral("Combo3"), targetPickerNames(interfaceLanguage), this);
+    const int captions[4] = {34, 35, 23, 24};
+    for (int i = 0; i < 4; ++i) {
+        m_checks[i] = new QCheckBox(text(captions[i]), this);
+        m_checks[i]->setObjectName(QStringLiteral("Check%1").arg(i + 1));
+    }
+
+    auto* grid = new QGridLayout;
+    grid->addWidget(makeLabel(QStringLiteral("Label1"), text(32), this), 0, 0);
+    grid->addWidget(m_combo2, 0, 1);
+    grid->addWidget(makeLabel(QStringLiteral("Label2"), text(33), this), 1, 0);
+    grid->addWidget(m_combo3, 1, 1);
+    grid->addWidget(m_checks[2], 2, 0);
+    grid->addWidget(m_checks[3], 2, 1);
+    grid->addWidget(
+        makeLabel(QStringLiteral("EruLabel1"), QLatin1Char(' ') + text(31) + QStringLiteral("  "), this), 3,
+        0);
+    grid->addWidget(m_combo1, 3, 1);
+    grid->addWidget(m_checks[0], 4, 0, 1, 2);
+    grid->addWidget(m_checks[1], 5, 0, 1, 2);
+
+    auto* ok = new QPushButton(text(36), this);
+    ok->setObjectName(QStringLiteral("Command1"));
+    ok->setDefault(true);
+    auto* close = new QPushButton(text(37), this);
+    close->setObjectName(QStringLiteral("Command2"));
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(close);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addLayout(buttons);
+
+    connect(ok, &QPushButton::clicked, this, &Form2::onOk);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+
+    // A hand-edited setting applies as far as it reads; the rest keeps the defaults.
+    load(parseOptions(kDefaultOptions));
+    load(m_settings->options());
+}
+
+QCheckBox* Form2::check(int n) const
+{
+    return n >= 1 && n <= 4 ? m_checks[n - 1] : nullptr;
+}
+
+void Form2::load(const ParsedOptions& options)
+{
+    const QVector<int>& f = options.fields;
+    if (options.has(OptSourceRow))
+        setRow(m_combo2, f[OptSourceRow]);
+    if (options.has(OptTargetRow))
+        setRow(m_combo3, f[OptTargetRow]);
+    if (options.has(OptShowPhonetic))
+        m_checks[2]->setChecked(f[OptShowPhonetic] != 0);
+    if (options.has(OptShowDictionary))
+        m_checks[3]->setChecked(f[OptShowDictionary] != 0);
+    if (options.has(OptInterfaceLanguageRow))
+        setRow(m_combo1, f[OptInterfaceLanguageRow]);
+    if (options.has(OptMonitorClipboard))
+        m_checks[0]->setChecked(f[OptMonitorClipboard] != 0);
+    if (options.has(OptCaching))
+        m_checks[1]->setChecked(f[OptCaching] != 0);
+}
+
+void Form2::onOk()
+{
+    OptionValues values{};
+    values[OptSourceRow] = m_combo2->currentIndex();
+    values[OptTargetRow] = m_combo3->currentIndex();
+    values[OptShowPhonetic] = m_checks[2]->isChecked() ? 1 : 0;
+    values[OptShowDictionary] = m_checks[3]->isChecked() ? 1 : 0;
+    values[OptInterfaceLanguageRow] = m_combo1->currentIndex();
+    values[OptMonitorClipboard] = m_checks[0]->isChecked() ? 1 : 0;
+    values[OptCaching] = m_checks[1]->isChecked() ? 1 : 0;
+    m_settings->setOptions(values);
+    accept();
+}
+
+} // namespace quillora

@@ -1,0 +1,75 @@
+#include "net/FormAbout.h"
+
+#include "Version.h"
+#include "app/StringTable.h"
+#include "translate/ServiceAddresses.h"
+
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace quillora
+{
+
+FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("FormAbout"));
+    setModal(true);
+
+    auto* image = new QToolButton(this);
+    image->setObjectName(QStringLiteral("Image1"));
+    image->setIcon(QIcon(QStringLiteral(":/icons/icon0.svg")));
+    image->setIconSize(QSize(48, 48));
+    image->setAutoRaise(true);
+    image->setCursor(Qt::PointingHandCursor);
+    image->setToolTip(ServiceAddresses::fromEnvironment().productHome().toString());
+    connect(image, &QToolButton::clicked, this,
+            [] { QDesktopServices::openUrl(ServiceAddresses::fromEnvironment().productHome()); });
+
+    m_version = new QLabel(QStringLiteral("Ver:") + versionText(), this);
+    m_version->setObjectName(QStringLiteral("Label6"));
+
+    setWindowTitle(StringTable::text(interfaceLanguage, 108));
+    auto* texts = new QVBoxLayout;
+    texts->addWidget(m_version);
+    for (int offset = 103; offset <= 107; ++offset) {
+        auto* label = new QLabel(StringTable::text(interfaceLanguage, offset), this);
+        label->setObjectName(QStringLiteral("Label%1").arg(offset - 102));
+        label->setWordWrap(true);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        texts->addWidget(label);
+        m_labels.append(label);
+    }
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(image, 0, Qt::AlignTop);
+    top->addLayout(texts, 1);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    buttons->setObjectName(QStringLiteral("Command1"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addWidget(buttons);
+    setMinimumWidth(420);
+}
+
+QString FormAbout::versionLine() const
+{
+    return m_version->text();
+}
+
+QStringList FormAbout::texts() const
+{
+    QStringList result;
+    for (const QLabel* label : m_labels)
+        result.append(label->text());
+    return result;
+}
+
+} // namespace quillora
