@@ -4,7 +4,8 @@
 #include <QProcessEnvironment>
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 // Where the system locale is read from; tests point these at fixtures.
 struct LocaleSources {
@@ -12,6 +13,10 @@ struct LocaleSources {
     QString defaultLocale = QStringLiteral("/etc/default/locale");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 };
+
+// The system locale as configured ("sr_RS.UTF-8@latin", "zh_SG.GBK", "C" ...): LANG from locale.conf,
+// else /etc/default/locale, else the first set of LC_ALL / LC_MESSAGES / LANG of the process; "C" when none.
+QString systemLocaleSpec(const LocaleSources& sources = {});
 
 // language_TERRITORY of the system locale ("zh_SG", "fr_CA", "C" ...): LANG from locale.conf,
 // else /etc/default/locale, else LC_ALL / LC_MESSAGES / LANG of the process. Encoding and
