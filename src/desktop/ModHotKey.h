@@ -4,17 +4,21 @@
 #include <QString>
 #include <memory>
 
-namespace quillora {
+namespace quillora
+{
 
 // One global key (F11) bound to the show/hide toggle. The platform's way is chosen at run time:
 // an X11 grab on the root window (also under XWayland), else the desktop portal's GlobalShortcuts.
-class GlobalHotKey : public QObject {
+class GlobalHotKey : public QObject
+{
     Q_OBJECT
 public:
     using QObject::QObject;
     ~GlobalHotKey() override = default;
 
     // The implementation for this session; never null (a no-op one when nothing is available).
+    // The environment variable QUILLORA_HOTKEY forces a choice: "x11" (needs the xcb platform),
+    // "portal" (the session bus's desktop portal, also usable under X11) or "none".
     static std::unique_ptr<GlobalHotKey> create(QObject* parent = nullptr);
 
     // Grabs F11. On failure unavailable() is emitted once with an English reason for logs.

@@ -5,11 +5,16 @@
 
 class QClipboard;
 
-namespace quillora {
+namespace quillora
+{
 
 // Watches the clipboard for text that other programs copy. The program's own copies are marked
-// with markOwnCopy() just before they happen, and exactly the next notice is then swallowed.
-class ClipboardMonitor : public QObject {
+// with markOwnCopy() just before they happen, and exactly the next notice with text is then
+// swallowed. Notices without text (the clear() before a copy) leave the guard set. Under X11 a
+// clear() can report late, after the copy; a notice that repeats the program's own text while the
+// program still owns the clipboard is therefore swallowed too.
+class ClipboardMonitor : public QObject
+{
     Q_OBJECT
 public:
     explicit ClipboardMonitor(QClipboard* clipboard, QObject* parent = nullptr);
@@ -28,7 +33,10 @@ Q_SIGNALS:
 
 private:
     void onChanged();
+    QString currentText() const;
     QClipboard* m_clipboard;
+    QMetaObject::Connection m_connection;
+    QString m_ownText;
     bool m_on = false;
     bool m_ownCopy = false;
 };

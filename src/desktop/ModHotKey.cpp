@@ -1,0 +1,53 @@
+#include "desktop/ModHotKey.h"
+
+#include "desktop/PortalHotKey.h"
+#include "desktop/X11HotKey.h"
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+
+namespace quillora
+{
+
+namespace
+{
+
+// Where no global key can be had: says so once when asked to register.
+class NoHotKey : public GlobalHotKey
+{
+public:
+    NoHotKey(const QString& reason, QObject* parent) : GlobalHotKey(parent), m_reason(reason) {}
+    void registerKey() override { Q_EMIT unavailable(m_reason); }
+    void releaseKey() override {}
+
+private:
+    QString m_reason;
+};
+
+xcb_connection_t* x11Connection()
+{
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<GlobalHotKey> GlobalHotKey::create(QObject* parent)
+{
+    const QString forced = qEnvironmentVariable("QUILLORA_HOTKEY");
+    if (forced == QLatin1String("none"))
+        return std::make_unique<NoHotKey>(QStringLiteral("global key switched off by QUILLORA_HOTKEY"),
+                                          parent);
+    if (forced == QLatin1String("portal"))
+        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
+    if (xcb_connection_t* connection = x11Connection())
+        return std::make_unique<X11HotKey>(connection, parent);
+    if (forced == QLatin1String("x11"))
+        return std::make_unique<NoHotKey>(QStringLiteral("no X11 connection for the global key"), parent);
+    if (QGuiApplication::platformName() == QLatin1String("wayland"))
+        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
+    return std::make_unique<NoHotKey>(
+        QStringLiteral("no global key on the %1 platform").arg(QGuiApplication::platformName()), parent);
+}
+
+} // namespace quillora
