@@ -1,13 +1,122 @@
-#include <QApplication>
-#include <QMainWindow>
-
 #include "Version.h"
+#include "app/FormMian.h"
+#include "app/Settings.h"
+#include "app/StartupCommand.h"
+#include "desktop/SysTray.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QSessionManager>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <QWindow>
+#include <csignal>
+#include <cstdio>
+#include <functional>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using namespace quillora;
+
+namespace
+{
+
+int signalPipe[2] = {-1, -1};
+
+void onQuitSignal(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t n = ::write(signalPipe[0], &byte, 1);
+}
+
+// SIGTERM, SIGINT and SIGHUP end the program the same way "Exit" does. The handler only
+// writes a byte; the event loop reads it and does the real work.
+class QuitOnSignals
+{
+public:
+    explicit QuitOnSignals(std::function<void()> onSignal) : m_onSignal(std::move(onSignal))
+    {
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalPipe) != 0)
+            return;
+        m_notifier = std::make_unique<QSocketNotifier>(signalPipe[1], QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [this] {
+            char byte;
+            [[maybe_unused]] const ssize_t n = ::read(signalPipe[1], &byte, 1);
+            m_onSignal();
+        });
+        struct sigaction action = {};
+        action.sa_handler = onQuitSignal;
+        sigemptyset(&action.sa_mask);
+        action.sa_flags = SA_RESTART;
+        for (const int sig : {SIGTERM, SIGINT, SIGHUP})
+            ::sigaction(sig, &action, nullptr);
+    }
+
+private:
+    std::function<void()> m_onSignal;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+// Benchmark hook: with QUILLORA_BENCH_EXIT_WHEN_SHOWN=1 the program quits as soon as its window
+// is first exposed on screen, so start-up time and memory can be measured from outside.
+class ExitWhenShown : public QObject
+{
+public:
+    static bool wanted() { return qEnvironmentVariableIntValue("QUILLORA_BENCH_EXIT_WHEN_SHOWN") == 1; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed())
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        return false;
+    }
+};
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
-    QMainWindow window;
-    window.setWindowTitle(QStringLiteral("Quillora %1").arg(quillora::versionText()));
-    window.show();
+    QApplication::setOrganizationName(QStringLiteral("Quillora"));
+    QApplication::setApplicationName(QStringLiteral("Quillora"));
+    QApplication::setApplicationVersion(versionText());
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillora"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+
+    // Qt has already taken its own options (-platform, -display, ...) out of the arguments; what
+    // remains, joined, is the program's command line.
+    const StartupCommand command(QCoreApplication::arguments().mid(1));
+    const QString failure = removeLeftoverUpdater(QCoreApplication::applicationDirPath(), command);
+    if (!failure.isEmpty()) {
+        std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(failure));
+        return 1;
+    }
+
+    // The window spends most of its life hidden in the tray; only the exit commands end the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    Settings settings;
+    FormMianDeps deps;
+    deps.settings = &settings;
+    FormMian window(deps);
+    QObject::connect(&window, &FormMian::exiting, &app, &QCoreApplication::quit, Qt::QueuedConnection);
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, &window,
+                     [&window](QSessionManager&) { window.requestExit(); });
+    const QuitOnSignals quitOnSignals([&window] { window.requestExit(); });
+
+    SysTray tray(&window);
+    if (!command.startsHidden())
+        window.show();
+    else if (window.trayPresent())
+        window.setWindowState(Qt::WindowMinimized); // stays hidden: only the icon shows
+    else
+        window.showMinimized(); // no tray to hide in: the task bar keeps it reachable
+    tray.AddTrayIcon();
+
+    ExitWhenShown exitWhenShown;
+    if (ExitWhenShown::wanted() && window.windowHandle())
+        window.windowHandle()->installEventFilter(&exitWhenShown);
+
     return app.exec();
 }
