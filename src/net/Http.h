@@ -8,23 +8,26 @@
 
 class QNetworkAccessManager;
 class QNetworkReply;
+class QNetworkRequest;
 
-namespace quillora {
+namespace quillora
+{
 
 struct HttpReply {
     enum Outcome { Ok, NetworkError, TimedOut, TooLarge, Cancelled };
     Outcome outcome = NetworkError;
-    int status = 0;          // HTTP status, 0 when none arrived
+    int status = 0; // HTTP status, 0 when none arrived
     QByteArray body;
-    QByteArray contentType;  // the Content-Type header as sent
-    QString errorText;       // Qt's description, for logs
+    QByteArray contentType; // the Content-Type header as sent
+    QString errorText;      // Qt's description, for logs
     bool ok() const { return outcome == Ok; }
 };
 
 // Blocking-style HTTP for callers on the interface thread: a local event loop runs while a request
 // waits, so the window keeps painting and timers keep firing. Every request has a time limit and a
 // cap on the answer's size; TLS is always verified; User-Agent "Quillora/<version>".
-class HttpClient : public QObject {
+class HttpClient : public QObject
+{
     Q_OBJECT
 public:
     static constexpr int kDefaultTimeoutMs = 30000;
@@ -44,6 +47,7 @@ public:
     void setMaxBytes(qint64 bytes) { m_maxBytes = bytes; }
 
 private:
+    QNetworkRequest makeRequest(const QUrl& url) const;
     HttpReply run(QNetworkReply* reply);
     QNetworkAccessManager* m_manager;
     QPointer<QNetworkReply> m_reply;
@@ -51,6 +55,9 @@ private:
     int m_timeoutMs = kDefaultTimeoutMs;
     qint64 m_maxBytes = kDefaultMaxBytes;
 };
+
+// The body decoded by the charset of a Content-Type header ("text/html; charset=..."), else as UTF-8.
+QString decodeByCharset(const QByteArray& body, const QByteArray& contentType);
 
 // The body decoded with the locale's legacy code page; with requireUpdateMarker, "" unless it
 // holds "Updates" (case-sensitive). "" on any failure. No status-code checks.
