@@ -2,16 +2,23 @@
 
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
+class QAbstractButton;
 class QAction;
+class QCheckBox;
 class QComboBox;
+class QDialog;
 class QMenu;
 class QPlainTextEdit;
+class QUrl;
 
-namespace quillora {
+namespace quillora
+{
 
+class ClipboardMonitor;
 class ConnectivityProbe;
 class Settings;
 class TranslationEngine;
@@ -26,17 +33,33 @@ struct NoticeRequest {
 };
 using NoticeShower = std::function<QMessageBox::StandardButton(QWidget* owner, const NoticeRequest&)>;
 
+// A file dialog request (open or save); tests answer it with a path or "" for cancel.
+struct FileDialogRequest {
+    enum Mode { Open, Save };
+    Mode mode = Open;
+    QString title;
+    QStringList nameFilters;
+    QString defaultSuffix;
+};
+using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;
+using UrlOpener = std::function<bool(const QUrl&)>;
+using DialogRunner = std::function<int(QDialog*)>; // returns QDialog::DialogCode
+
 // What the main window is built with; all of it has defaults for the real program.
 struct FormMianDeps {
-    Settings* settings = nullptr;                  // required
-    ConnectivityProbe* connectivity = nullptr;     // default: the system's
-    TranslationEngine* engine = nullptr;           // default: one of its own
-    NoticeShower notice;                           // default: a real QMessageBox
-    QString programPath;                           // default: QCoreApplication::applicationFilePath()
-    bool registerHotKey = true;                    // tests on offscreen pass false
+    Settings* settings = nullptr;              // required
+    ConnectivityProbe* connectivity = nullptr; // default: the system's
+    TranslationEngine* engine = nullptr;       // default: one of its own
+    NoticeShower notice;                       // default: a real QMessageBox
+    QString programPath;                       // default: QCoreApplication::applicationFilePath()
+    bool registerHotKey = true;                // tests on offscreen pass false
+    UrlOpener openUrl;                         // default: QDesktopServices::openUrl
+    FileChooser chooseFile;                    // default: a QFileDialog
+    DialogRunner runDialog;                    // default: QDialog::exec
 };
 
-class FormMian : public QMainWindow {
+class FormMian : public QMainWindow
+{
     Q_OBJECT
 public:
     explicit FormMian(const FormMianDeps& deps, QWidget* parent = nullptr);
@@ -53,8 +76,15 @@ public:
     QPlainTextEdit* resultBox() const;
     QPlainTextEdit* phoneticBox() const;
     QPlainTextEdit* dictionaryBox() const;
-    QComboBox* combo1() const; // target
-    QComboBox* combo2() const; // source
+    QComboBox* combo1() const;           // target
+    QComboBox* combo2() const;           // source
+    QPlainTextEdit* responseBox() const; // the raw answer, hidden
+    QAbstractButton* jcbutton(int index) const;
+    QAbstractButton* speakerButton(int slot) const; // 0 translation, 1 source
+    QCheckBox* check1() const;                      // "Show phonetically"
+    QCheckBox* check2() const;                      // "Show dictionary"
+    QComboBox* ucComText() const;                   // web page address box
+    ClipboardMonitor* clipboardMonitor() const;
 
     QAction* action(const QString& key) const; // menu item by key ("menuF0", "STYLE:2", ...)
     QMenu* systemMenu() const;                 // "SYSMENU", the tray menu
@@ -76,9 +106,10 @@ public:
     void setStatusMessage(const QString& text);
 
 Q_SIGNALS:
-    void hiddenToTray();           // the window went to the tray: show the welcome balloon
+    void hiddenToTray(); // the window went to the tray: show the welcome balloon
     void interfaceLanguageChanged();
     void translationFinished();
+    void exiting(); // the exit was accepted: the program should end now
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "app/FormMian.h"
+#include "app/Settings.h"
+#include "translate/HistoryRing.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <array>
+#include <functional>
+#include <memory>
+
+class QAudioOutput;
+class QCheckBox;
+class QFrame;
+class QLabel;
+class QMediaPlayer;
+class QPushButton;
+class QToolButton;
+class QWidget;
+
+namespace quillora
+{
+
+class CommandMenus;
+class ConnectivityProbe;
+class GlobalHotKey;
+class TranslationEngine;
+struct ServiceAddresses;
+
+// Holds off mouse, wheel and key input to one window while a translation runs; Escape cancels.
+class InputHold : public QObject
+{
+public:
+    InputHold(QWidget* window, std::function<void()> onEscape);
+    ~InputHold() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* m_window;
+    std::function<void()> m_onEscape;
+};
+
+// What a speaker button reads aloud.
+struct SpokenText {
+    QString text;
+    QString code;
+};
+
+struct FormMian::Private {
+    explicit Private(FormMian* owner, const FormMianDeps& given);
+
+    FormMian* q;
+    FormMianDeps deps;
+    std::unique_ptr<ConnectivityProbe> ownConnectivity;
+    ConnectivityProbe* connectivity = nullptr;
+    TranslationEngine* engine = nullptr;
+
+    QFrame* PicAD = nullptr;
+    QWidget* Pic1 = nullptr;
+    QPlainTextEdit* sourceBox = nullptr;
+    QPlainTextEdit* resultBox = nullptr;
+    QPlainTextEdit* phoneticBox = nullptr;
+    QPlainTextEdit* dictionaryBox = nullptr;
+    QPlainTextEdit* responseBox = nullptr;
+    QLabel* fromLabel = nullptr;
+    QLabel* intoLabel = nullptr;
+    QLabel* addressLabel = nullptr;
+    QComboBox* Combo1 = nullptr;
+    QComboBox* Combo2 = nullptr;
+    QComboBox* ucComText = nullptr;
+    QCheckBox* Check1 = nullptr;
+    QCheckBox* Check2 = nullptr;
+    std::array<QPushButton*, 6> jcbutton{};
+    QPushButton* jcbutton1 = nullptr;
+    std::array<QToolButton*, 2> speaker{};
+    CommandMenus* menus = nullptr;
+    ClipboardMonitor* clipboard = nullptr;
+    std::unique_ptr<GlobalHotKey> hotKey;
+    QMediaPlayer* player = nullptr;
+    QAudioOutput* audioOutput = nullptr;
+
+    QString tempFolder;
+    HistoryRing ring;
+    QString language = QStringLiteral("1");
+    int style = 2;
+    bool autoCopy = false;
+    FontSetting font;
+
+    QString SourceCode;
+    QString TargetCode;
+    QString InterfaceCode = QStringLiteral("en");
+    bool Translating = false;
+    bool CachingEnabled = false;
+    bool SourceSpeechOk = false;
+    bool TranslationSpeechOk = false;
+    std::array<SpokenText, 2> spoken;
+
+    bool exitRequested = false;
+    bool trayPresent = false;
+    bool copiedTextWaiting = false;
+    QString copiedText;
+
+    // Loading
+    void Form_Load();
+    void buildWidgets();
+    void buildPickerBand();
+    void buildAddressRow(QWidget* central, int top);
+    void readMarks();
+    void applyStyle();
+    void applyCaptions();
+    void refillPickers();
+    void applyOptions();
+    void registerHotKey();
+
+    // Pickers and panes
+    void setCombo1Row(int row);
+    void setCombo2Row(int row);
+    void Combo1_Click();
+    void Combo2_Click();
+    void Check_Click();
+
+    // Buttons and translation
+    void translate();
+    void swap();
+    void GoBack();
+    void copyResult();
+    void clearBoxes();
+    void jcbutton1_Click();
+    void fanYi(bool autoCopyFlag);
+    void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
+    void storeHistory();
+    void showSpeaker(int slot, bool shown, const SpokenText& text);
+    void playSpeech(int slot);
+    void takeWaitingCopiedText();
+
+    // Commands
+    void setLanguage(int number);
+    void showOptionsDialog();
+    void showAbout();
+    void chooseFont();
+    void openTextFile();
+    void saveResults();
+    bool openUrl(const QUrl& url) const;
+    int runDialog(QDialog* dialog) const;
+    QString text(int offset) const;
+    const ServiceAddresses& addresses() const;
+};
+
+// Trims blanks (spaces only) at both ends, the test the buttons use for "empty".
+QString trimBlanks(const QString& text);
+
+} // namespace quillora

@@ -1,0 +1,311 @@
+// The main window's buttons, the translation itself, its history and the speaker buttons.
+#include "app/FormMian.h"
+#include "app/FormMianPrivate.h"
+#include "app/StringTable.h"
+#include "desktop/ModmonClip.h"
+#include "net/Connectivity.h"
+#include "translate/LanguageCatalogue.h"
+#include "translate/ServiceAddresses.h"
+#include "translate/SpeechPage.h"
+#include "translate/TranslationEngine.h"
+#include "translate/WebPageAddress.h"
+
+#include <QAudioOutput>
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMediaPlayer>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QUrl>
+
+namespace quillora
+{
+
+namespace
+{
+
+constexpr int kMaxRememberedAddresses = 10;
+
+bool isUserInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::Drop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+InputHold::InputHold(QWidget* window, std::function<void()> onEscape)
+    : m_window(window), m_onEscape(std::move(onEscape))
+{
+    QCoreApplication::instance()->installEventFilter(this);
+    QGuiApplication::setOverrideCursor(Qt::BusyCursor);
+}
+
+InputHold::~InputHold()
+{
+    QGuiApplication::restoreOverrideCursor();
+    QCoreApplication::instance()->removeEventFilter(this);
+}
+
+bool InputHold::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!isUserInput(event->type()) || !watched->isWidgetType())
+        return false;
+    auto* widget = static_cast<QWidget*>(watched);
+    if (widget->window() != m_window)
+        return false;
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+        m_onEscape();
+    return true;
+}
+
+void FormMian::jcbuttonClick(int index)
+{
+    if (d->Translating)
+        return;
+    switch (index) {
+    case 0:
+        d->translate();
+        break;
+    case 1:
+        d->swap();
+        break;
+    case 2:
+        d->GoBack();
+        break;
+    case 3:
+        d->copyResult();
+        break;
+    case 4:
+        d->sourceBox->paste();
+        break;
+    case 5:
+        d->clearBoxes();
+        break;
+    default:
+        break;
+    }
+}
+
+void FormMian::translateCopiedText(const QString& text)
+{
+    if (d->Translating) {
+        // Only the newest copy counts; it is translated once the running request ends.
+        d->copiedText = text;
+        d->copiedTextWaiting = true;
+        return;
+    }
+    d->sourceBox->setPlainText(text);
+    if (d->connectivity->isOnline()) {
+        d->fanYi(d->autoCopy);
+        return;
+    }
+    NoticeRequest notice;
+    notice.icon = QMessageBox::Information;
+    notice.title = d->text(100);
+    notice.text = d->text(102);
+    notice.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    notice.owned = false;
+    d->deps.notice(this, notice);
+}
+
+void FormMian::Private::takeWaitingCopiedText()
+{
+    if (!copiedTextWaiting)
+        return;
+    copiedTextWaiting = false;
+    QMetaObject::invokeMethod(
+        q, [this, text = std::exchange(copiedText, QString())] { q->translateCopiedText(text); },
+        Qt::QueuedConnection);
+}
+
+void FormMian::Private::translate()
+{
+    if (connectivity->isOnline()) {
+        fanYi(autoCopy);
+        return;
+    }
+    NoticeRequest notice;
+    notice.icon = QMessageBox::Warning;
+    notice.title = text(100);
+    notice.text = text(102);
+    notice.buttons = QMessageBox::Ok;
+    notice.owned = true;
+    deps.notice(q, notice);
+}
+
+void FormMian::Private::swap()
+{
+    if (!jcbutton[1]->isEnabled())
+        return;
+    const int target = Combo1->currentIndex();
+    const int source = Combo2->currentIndex();
+    setCombo1Row(source - kSourcePickerOffset);
+    setCombo2Row(target + kSourcePickerOffset);
+    q->jcbuttonClick(0);
+}
+
+void FormMian::Private::GoBack()
+{
+    const HistorySlot& slot = ring.GoBack();
+    sourceBox->setPlainText(slot.source);
+    resultBox->setPlainText(slot.translation);
+    phoneticBox->setPlainText(slot.romanization);
+    dictionaryBox->setPlainText(slot.dictionary);
+    setCombo1Row(slot.targetRow);
+    setCombo2Row(slot.sourceRow);
+    showSpeaker(0, slot.translationSpeech, {slot.translation, LanguageCode(slot.targetRow)});
+    showSpeaker(1, slot.sourceSpeech, {slot.source, LanguageCode(slot.sourceRow - kSourcePickerOffset)});
+}
+
+// Only the emptiness test trims: the clipboard gets the box text as it stands.
+void FormMian::Private::copyResult()
+{
+    if (trimBlanks(resultBox->toPlainText()).isEmpty())
+        return;
+    clipboard->markOwnCopy();
+    resultBox->selectAll();
+    resultBox->copy();
+}
+
+// The history ring is left as it is.
+void FormMian::Private::clearBoxes()
+{
+    for (QPlainTextEdit* box : {sourceBox, resultBox, phoneticBox, dictionaryBox})
+        box->clear();
+    showSpeaker(0, false, {});
+    showSpeaker(1, false, {});
+}
+
+void FormMian::Private::jcbutton1_Click()
+{
+    const QString typed = ucComText->currentText();
+    const QString address = webPageTranslationAddress(addresses().service, InterfaceCode, SourceCode,
+                                                      TargetCode, typed.trimmed());
+    openUrl(QUrl(address, QUrl::TolerantMode));
+    ucComText->addItem(typed);
+    if (ucComText->count() > kMaxRememberedAddresses)
+        ucComText->removeItem(0);
+    ucComText->setEditText(typed);
+}
+
+void FormMian::Private::fanYi(bool autoCopyFlag)
+{
+    if (trimBlanks(sourceBox->toPlainText()).isEmpty()) {
+        for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
+            box->clear();
+        return;
+    }
+    Translating = true;
+    const QString source = sourceBox->toPlainText();
+    q->setStatusMessage(text(MsgTranslating));
+
+    TranslationOutcome outcome;
+    {
+        // The window keeps painting while the request runs; its input waits, Escape cancels.
+        const InputHold hold(q, [this] { engine->cancel(); });
+        outcome = engine->translate({source, SourceCode, TargetCode, InterfaceCode});
+    }
+
+    responseBox->setPlainText(outcome.response);
+    if (outcome.ok()) {
+        resultBox->setPlainText(outcome.result.translation);
+        phoneticBox->setPlainText(outcome.result.romanization);
+        dictionaryBox->setPlainText(outcome.result.dictionary);
+        q->statusBar()->clearMessage();
+    } else {
+        for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
+            box->clear();
+        q->setStatusMessage(text(failureStatusOffset(outcome.failure)));
+    }
+
+    QString sentText = source;
+    sentText.replace(QLatin1Char('&'), QLatin1String("%26"));
+    prepareSpeech(sentText, outcome.ok() ? outcome.result.translation : QString());
+    if (CachingEnabled)
+        storeHistory();
+
+    Translating = false;
+    if (autoCopyFlag)
+        q->jcbuttonClick(3);
+    Q_EMIT q->translationFinished();
+    takeWaitingCopiedText();
+}
+
+void FormMian::Private::prepareSpeech(const QString& sentText, const QString& spokenTranslation)
+{
+    const QString base = addresses().service;
+    const QString source = sourceBox->toPlainText();
+    if (sentText.size() > kSpeechTextLimit) {
+        SourceSpeechOk = false;
+        QFile::remove(speechPagePath(tempFolder, 1));
+    } else {
+        SourceSpeechOk = BuildSpeechPage(sentText, SourceCode, 1, tempFolder, base);
+    }
+    showSpeaker(1, SourceSpeechOk, {source, SourceCode});
+
+    if (spokenTranslation.size() > kSpeechTextLimit) {
+        TranslationSpeechOk = false;
+        QFile::remove(speechPagePath(tempFolder, 0));
+    } else {
+        TranslationSpeechOk = BuildSpeechPage(spokenTranslation, TargetCode, 0, tempFolder, base);
+    }
+    showSpeaker(0, TranslationSpeechOk, {spokenTranslation, TargetCode});
+}
+
+// The boxes are read back, so the source is stored untrimmed and unescaped.
+void FormMian::Private::storeHistory()
+{
+    HistorySlot slot;
+    slot.source = sourceBox->toPlainText();
+    slot.translation = resultBox->toPlainText();
+    slot.romanization = phoneticBox->toPlainText();
+    slot.dictionary = dictionaryBox->toPlainText();
+    slot.targetRow = Combo1->currentIndex();
+    slot.sourceRow = Combo2->currentIndex();
+    ring.store(slot, TranslationSpeechOk ? speechPagePath(tempFolder, 0) : QString(),
+               SourceSpeechOk ? speechPagePath(tempFolder, 1) : QString());
+}
+
+void FormMian::Private::showSpeaker(int slot, bool shown, const SpokenText& text)
+{
+    spoken[slot] = text;
+    speaker[slot]->setVisible(shown);
+}
+
+// The player is made on first use so that start-up does not wait for the audio system.
+void FormMian::Private::playSpeech(int slot)
+{
+    if (!player) {
+        player = new QMediaPlayer(q);
+        audioOutput = new QAudioOutput(q);
+        player->setAudioOutput(audioOutput);
+        QObject::connect(player, &QMediaPlayer::errorOccurred, q,
+                         [this] { q->setStatusMessage(text(MsgSpeechFailed)); });
+    }
+    player->stop();
+    player->setSource(speechAudioUrl(addresses().service, spoken[slot].text, spoken[slot].code));
+    player->play();
+}
+
+} // namespace quillora

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+class QPlainTextEdit;
+class QWidget;
+
+namespace quillora
+{
+
+// A text box of the main window: word-wrapping, vertical scroll bar always, no horizontal scrolling.
+QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName);
+// Right-aligned, right-to-left reading, scroll bar on the left.
+void setRightToLeft(QPlainTextEdit* box);
+bool isRightToLeft(const QPlainTextEdit* box);
+// Gives `target` the reading direction and alignment of `source`.
+void copyLayout(QPlainTextEdit* target, const QPlainTextEdit* source);
+
+} // namespace quillora
