@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonValue>
+#include <utility>
 
 namespace quillora
 {
@@ -41,10 +42,31 @@ QStringView cutUpTo(QStringView response, qsizetype start, QStringView closing)
     return response.mid(start, end - start);
 }
 
+// Replaces every `find` in one pass. QString::replace moves the whole tail again for each batch of
+// matches, which turns quadratic on large answers full of entities.
+void replaceAll(QString& text, QStringView find, QStringView by)
+{
+    const QStringView source(text);
+    qsizetype at = source.indexOf(find);
+    if (at < 0)
+        return;
+    QString out;
+    out.reserve(text.size());
+    qsizetype from = 0;
+    while (at >= 0) {
+        out += source.mid(from, at - from);
+        out += by;
+        from = at + find.size();
+        at = source.indexOf(find, from);
+    }
+    out += source.mid(from);
+    text = std::move(out);
+}
+
 void replaceAll(QString& text, const std::initializer_list<std::pair<QStringView, QStringView>>& steps)
 {
     for (const auto& [find, by] : steps)
-        text.replace(find.data(), find.size(), by.data(), by.size());
+        replaceAll(text, find, by);
 }
 
 void appendDictionaryEntry(QString& out, QStringView entry)
@@ -90,7 +112,7 @@ void appendDictionaryLines(QString& out, const QString& partOfSpeech, const QStr
 QString sentText(const QString& text)
 {
     QString sent = text;
-    sent.replace(QLatin1Char('&'), QStringLiteral("%26"));
+    replaceAll(sent, u"&", u"%26");
     return sent;
 }
 
@@ -155,7 +177,7 @@ QString cutTranslation(const QString& response)
         if (from < piece.size())
             translation += piece.mid(from);
     });
-    translation.replace(QStringLiteral("<br>"), CrLf);
+    replaceAll(translation, u"<br>", CrLf);
     return decodeTranslationEntities(translation);
 }
 
@@ -173,8 +195,8 @@ QString cutDictionary(const QString& response)
     if (p < 0)
         return {};
     QString dict = cutUpTo(response, p + DictMark.size(), u"</li></ol>").toString();
-    dict.remove(QStringLiteral("<li>"));
-    dict.remove(QStringLiteral("</div></div>"));
+    replaceAll(dict, u"<li>", {});
+    replaceAll(dict, u"</div></div>", {});
     QString out;
     out.reserve(dict.size());
     forEachPiece(dict, u"</li>", [&](QStringView entry) { appendDictionaryEntry(out, entry); });
