@@ -6,7 +6,10 @@
 #include "standin/StandinService.h"
 
 #include <QElapsedTimer>
+#include <QSslKey>
+#include <QSslServer>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -147,6 +150,60 @@ private Q_SLOTS:
         QVERIFY(client.get(m_service.url(QStringLiteral("/files/Update.txt"))).ok());
         QCOMPARE(nested.outcome, HttpReply::NetworkError);
         QCOMPARE(m_service.count("GET", QStringLiteral("/files/lower.txt")), 0);
+    }
+
+    void tlsCertificatesAreVerified()
+    {
+        QTemporaryDir dir;
+        const QString key = dir.filePath(QStringLiteral("key.pem"));
+        const QString cert = dir.filePath(QStringLiteral("cert.pem"));
+        const auto made = quillora::test::runCommand(
+            QStringLiteral("openssl"),
+            {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+             QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-days"),
+             QStringLiteral("1"), QStringLiteral("-subj"), QStringLiteral("/CN=127.0.0.1"),
+             QStringLiteral("-addext"), QStringLiteral("subjectAltName=IP:127.0.0.1"),
+             QStringLiteral("-keyout"), key, QStringLiteral("-out"), cert});
+        QVERIFY2(made.ok(), made.err.constData());
+        const QSslCertificate certificate(quillora::test::readFile(cert));
+        QSslConfiguration serverTls = QSslConfiguration::defaultConfiguration();
+        serverTls.setLocalCertificate(certificate);
+        serverTls.setPrivateKey(QSslKey(quillora::test::readFile(key), QSsl::Rsa));
+        serverTls.setPeerVerifyMode(QSslSocket::VerifyNone);
+
+        QSslServer server;
+        server.setSslConfiguration(serverTls);
+        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+        int handshakes = 0;
+        connect(&server, &QSslServer::startedEncryptionHandshake, [&handshakes] { ++handshakes; });
+        connect(&server, &QTcpServer::pendingConnectionAvailable, [&server] {
+            QTcpSocket* socket = server.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+                if (!socket->readAll().contains("\r\n\r\n"))
+                    return;
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 6\r\nConnection: close\r\n\r\nsecret");
+                socket->disconnectFromHost();
+            });
+        });
+        const QUrl url(QStringLiteral("https://127.0.0.1:%1/").arg(server.serverPort()));
+
+        // A certificate nobody vouches for is refused.
+        HttpClient client;
+        const HttpReply refused = client.get(url);
+        QCOMPARE(refused.outcome, HttpReply::NetworkError);
+        QVERIFY(refused.body.isEmpty());
+        QCOMPARE(handshakes, 1);
+
+        // Once its issuer is trusted, the same server answers (a new client: the old one keeps its channel).
+        const QSslConfiguration saved = QSslConfiguration::defaultConfiguration();
+        QSslConfiguration trusting = saved;
+        trusting.addCaCertificate(certificate);
+        QSslConfiguration::setDefaultConfiguration(trusting);
+        HttpClient fresh;
+        const HttpReply trusted = fresh.get(url);
+        QSslConfiguration::setDefaultConfiguration(saved);
+        QVERIFY2(trusted.ok(), qPrintable(trusted.errorText));
+        QCOMPARE(trusted.body, QByteArrayLiteral("secret"));
     }
 
     void getUrlTextDropsNotFoundPages()
