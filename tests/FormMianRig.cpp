@@ -41,15 +41,18 @@ FormMianRig::FormMianRig(const QHash<QString, QString>& setup, bool withService)
         dialogsRun.append(dialog);
         return dialogAnswer ? dialogAnswer(dialog) : int(QDialog::Rejected);
     };
+    // Never the live service: without a stand-in the addresses point at a closed loopback port.
+    QByteArray base = QByteArrayLiteral("http://127.0.0.1:1");
     if (withService) {
         m_service = std::make_unique<StandinService>();
         if (!m_service->listen())
             qFatal("the stand-in service cannot listen");
-        qputenv("QUILLORA_SERVICE_URL", m_service->baseUrl().toUtf8());
-        qputenv("QUILLORA_API_URL", m_service->baseUrl().toUtf8());
-        m_engine = std::make_unique<TranslationEngine>(ServiceAddresses::fromEnvironment());
-        deps.engine = m_engine.get();
+        base = m_service->baseUrl().toUtf8();
     }
+    qputenv("QUILLORA_SERVICE_URL", base);
+    qputenv("QUILLORA_API_URL", base);
+    m_engine = std::make_unique<TranslationEngine>(ServiceAddresses::fromEnvironment());
+    deps.engine = m_engine.get();
     m_window = std::make_unique<FormMian>(deps);
 }
 
