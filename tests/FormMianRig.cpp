@@ -8,7 +8,7 @@
 namespace quillora::test
 {
 
-FormMianRig::FormMianRig(const QHash<QString, QString>& setup, bool withService)
+FormMianRig::FormMianRig(const QHash<QString, QString>& setup, bool withService, bool registerHotKey)
 {
     const QString file = m_dir.filePath(QStringLiteral("Quillora.conf"));
     if (!setup.isEmpty()) {
@@ -22,7 +22,7 @@ FormMianRig::FormMianRig(const QHash<QString, QString>& setup, bool withService)
     FormMianDeps deps;
     deps.settings = m_settings.get();
     deps.connectivity = &connectivity;
-    deps.registerHotKey = false;
+    deps.registerHotKey = registerHotKey;
     deps.programPath = QStringLiteral("/opt/quillora/bin/quillora");
     deps.notice = [this](QWidget* owner, const NoticeRequest& request) {
         notices.append(request);

@@ -23,7 +23,8 @@ class FormMianRig
 {
 public:
     // `setup`: raw values of the "Setup" group written before the window loads.
-    explicit FormMianRig(const QHash<QString, QString>& setup = {}, bool withService = false);
+    explicit FormMianRig(const QHash<QString, QString>& setup = {}, bool withService = false,
+                         bool registerHotKey = false);
     ~FormMianRig();
 
     FormMian& window() { return *m_window; }

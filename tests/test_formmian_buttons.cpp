@@ -69,6 +69,7 @@ private Q_SLOTS:
     void webPageTranslation();
     void closeHidesWhileExitQuits();
     void closeWithoutTrayStaysMinimised();
+    void speechFailureGoesToTheStatusLine();
 };
 
 void TestFormMianButtons::translateFillsTheBoxes()
@@ -511,6 +512,20 @@ void TestFormMianButtons::closeWithoutTrayStaysMinimised()
     w.dispatch(QStringLiteral("menuF3"));
     QCOMPARE(exiting.count(), 1);
     QVERIFY(!w.isVisible());
+}
+
+void TestFormMianButtons::speechFailureGoesToTheStatusLine()
+{
+    // No service at all: the translation fails, the source still gets its speaker.
+    FormMianRig rig({{QStringLiteral("Options"), QStringLiteral("17|19|1|1|15|0|1")}});
+    FormMian& w = rig.window();
+    w.sourceBox()->setPlainText(QStringLiteral("hello"));
+    w.jcbuttonClick(kTranslate);
+    QCOMPARE(w.statusMessage(), StringTable::text(1000 + MsgNetworkFailed));
+    QVERIFY(w.resultBox()->toPlainText().isEmpty());
+    QVERIFY(!w.speakerButton(1)->isHidden());
+    w.speakerButton(1)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(w.statusMessage(), StringTable::text(1000 + MsgSpeechFailed), 10000);
 }
 
 QTEST_MAIN(TestFormMianButtons)

@@ -6,7 +6,9 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextDocument>
@@ -54,6 +56,8 @@ private Q_SLOTS:
     void storedLanguageAndFallback();
     void rightToLeftPickersAtLoad();
     void storedFontReachesTheBoxes();
+    void missingGlobalKeyIsSaidOnce();
+    void monitoringTakesTheClipboardAtLoad();
 };
 
 void TestFormMianLoad::firstRun()
@@ -261,6 +265,32 @@ void TestFormMianLoad::storedFontReachesTheBoxes()
         QVERIFY(box->font().bold());
         QVERIFY(box->font().italic());
     }
+}
+
+void TestFormMianLoad::missingGlobalKeyIsSaidOnce()
+{
+    // The offscreen platform has no global key at all.
+    FormMianRig rig({{QStringLiteral("Language"), QStringLiteral("5")}}, false, true);
+    QCOMPARE(rig.window().statusMessage(), StringTable::text(5000 + MsgHotKeyTaken));
+    QVERIFY(!rig.window().statusMessage().isEmpty());
+
+    FormMianRig without;
+    QVERIFY(without.window().statusMessage().isEmpty());
+}
+
+void TestFormMianLoad::monitoringTakesTheClipboardAtLoad()
+{
+    QGuiApplication::clipboard()->setText(QStringLiteral("hello"));
+    {
+        FormMianRig rig({{QStringLiteral("Options"), QStringLiteral("0|19|1|1|15|1|1")}}, true);
+        QCOMPARE(rig.window().sourceBox()->toPlainText(), QStringLiteral("hello"));
+        QCOMPARE(rig.window().resultBox()->toPlainText(), QStringLiteral("bonjour"));
+        QCOMPARE(rig.service().count("POST", QStringLiteral("/")), 1);
+    }
+    FormMianRig off({{QStringLiteral("Options"), QStringLiteral("0|19|1|1|15|0|1")}}, true);
+    QVERIFY(off.window().sourceBox()->toPlainText().isEmpty());
+    QVERIFY(off.service().requests().isEmpty());
+    QGuiApplication::clipboard()->clear();
 }
 
 QTEST_MAIN(TestFormMianLoad)

@@ -15,6 +15,7 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
 
+#include <QAudioOutput>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -27,6 +28,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
+#include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
@@ -121,6 +123,8 @@ FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
     if (!deps.runDialog)
         deps.runDialog = [](QDialog* dialog) { return dialog->exec(); };
 }
+
+FormMian::Private::~Private() = default;
 
 QString FormMian::Private::text(int offset) const
 {
@@ -385,7 +389,7 @@ void FormMian::Private::registerHotKey()
 {
     if (!deps.registerHotKey)
         return;
-    hotKey = GlobalHotKey::create(q);
+    hotKey = GlobalHotKey::create();
     QObject::connect(hotKey.get(), &GlobalHotKey::activated, q, &FormMian::toggleShowHide);
     QObject::connect(
         hotKey.get(), &GlobalHotKey::unavailable, q, [this] { q->setStatusMessage(text(MsgHotKeyTaken)); },

@@ -52,6 +52,7 @@ struct SpokenText {
 
 struct FormMian::Private {
     explicit Private(FormMian* owner, const FormMianDeps& given);
+    ~Private();
 
     FormMian* q;
     FormMianDeps deps;
@@ -80,8 +81,8 @@ struct FormMian::Private {
     CommandMenus* menus = nullptr;
     ClipboardMonitor* clipboard = nullptr;
     std::unique_ptr<GlobalHotKey> hotKey;
-    QMediaPlayer* player = nullptr;
-    QAudioOutput* audioOutput = nullptr;
+    std::unique_ptr<QAudioOutput> audioOutput;
+    std::unique_ptr<QMediaPlayer> player;
 
     QString tempFolder;
     HistoryRing ring;

@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMediaFormat>
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -293,14 +294,19 @@ void FormMian::Private::showSpeaker(int slot, bool shown, const SpokenText& text
     speaker[slot]->setVisible(shown);
 }
 
-// The player is made on first use so that start-up does not wait for the audio system.
+// The player is made on first use so that start-up does not wait for the audio system. Without
+// any audio decoder (no media framework plugins) there is nothing to play with.
 void FormMian::Private::playSpeech(int slot)
 {
     if (!player) {
-        player = new QMediaPlayer(q);
-        audioOutput = new QAudioOutput(q);
-        player->setAudioOutput(audioOutput);
-        QObject::connect(player, &QMediaPlayer::errorOccurred, q,
+        if (QMediaFormat().supportedAudioCodecs(QMediaFormat::Decode).isEmpty()) {
+            q->setStatusMessage(text(MsgSpeechFailed));
+            return;
+        }
+        audioOutput = std::make_unique<QAudioOutput>();
+        player = std::make_unique<QMediaPlayer>();
+        player->setAudioOutput(audioOutput.get());
+        QObject::connect(player.get(), &QMediaPlayer::errorOccurred, q,
                          [this] { q->setStatusMessage(text(MsgSpeechFailed)); });
     }
     player->stop();
