@@ -57,3 +57,10 @@ QUILLORA_SERVICE_URL="http://127.0.0.1:$port" QUILLORA_API_URL="http://127.0.0.1
     whole_process "quillora-cli, one translation" "$build/src/quillora-cli" -s en -t fr hello world
 kill "$standin_pid" 2>/dev/null || true
 wait "$standin_pid" 2>/dev/null || true
+
+echo "== Clipboard to service request (Xvfb, 20 copies by xclip)"
+# Needs its own X server and D-Bus session; the program name keeps it out of the loop above.
+clipboard_config="$(mktemp -d)"
+XDG_CONFIG_HOME="$clipboard_config" "$(dirname "$0")/../tests/xsession.sh" "$build/bench/latency_clipboard" \
+    --benchmark_color=false 2>/dev/null
+rm -rf "$clipboard_config"
