@@ -86,6 +86,7 @@ private Q_SLOTS:
         auto none = GlobalHotKey::create();
         QSignalSpy unavailable(none.get(), &GlobalHotKey::unavailable);
         none->registerKey();
+        none->registerKey();
         QCOMPARE(unavailable.size(), 1);
         qunsetenv("QUILLORA_HOTKEY");
     }

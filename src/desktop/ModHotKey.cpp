@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 #include <QGuiApplication>
+#include <utility>
 
 namespace quillora
 {
@@ -17,11 +18,16 @@ class NoHotKey : public GlobalHotKey
 {
 public:
     NoHotKey(const QString& reason, QObject* parent) : GlobalHotKey(parent), m_reason(reason) {}
-    void registerKey() override { Q_EMIT unavailable(m_reason); }
+    void registerKey() override
+    {
+        if (!std::exchange(m_reported, true))
+            Q_EMIT unavailable(m_reason);
+    }
     void releaseKey() override {}
 
 private:
     QString m_reason;
+    bool m_reported = false;
 };
 
 xcb_connection_t* x11Connection()
