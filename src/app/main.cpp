@@ -110,8 +110,12 @@ int main(int argc, char* argv[])
         window.show();
     else if (window.trayPresent())
         window.setWindowState(Qt::WindowMinimized); // stays hidden: only the icon shows
-    else
-        window.showMinimized(); // no tray to hide in: the task bar keeps it reachable
+    else {
+        // No tray to hide in: minimised in the task bar it stays reachable. The state has to be set
+        // on the shown window; set before, Qt maps it in the normal state.
+        window.show();
+        window.setWindowState(window.windowState() | Qt::WindowMinimized);
+    }
     tray.AddTrayIcon();
 
     ExitWhenShown exitWhenShown;

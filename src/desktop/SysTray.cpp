@@ -4,6 +4,7 @@
 #include "app/FormMian.h"
 #include "app/StringTable.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusInterface>
@@ -37,26 +38,24 @@ xcb_connection_t* x11Connection()
     return x11 ? x11->connection() : nullptr;
 }
 
-// The window that owns "_NET_SYSTEM_TRAY_S<n>" on any screen, 0 when there is no tray.
-quint32 xembedTrayOwner(xcb_connection_t* c)
+xcb_atom_t internAtom(xcb_connection_t* c, const QByteArray& name)
 {
-    const xcb_setup_t* setup = xcb_get_setup(c);
-    const int screens = xcb_setup_roots_length(setup);
-    for (int n = 0; n < screens; ++n) {
-        const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(n);
-        xcb_intern_atom_reply_t* atom =
-            xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, quint16(name.size()), name.constData()), nullptr);
-        if (!atom)
-            continue;
-        xcb_get_selection_owner_reply_t* owner =
-            xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, atom->atom), nullptr);
-        free(atom);
-        const quint32 window = owner ? owner->owner : 0;
-        free(owner);
-        if (window)
-            return window;
-    }
-    return 0;
+    xcb_intern_atom_reply_t* reply =
+        xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, quint16(name.size()), name.constData()), nullptr);
+    const xcb_atom_t atom = reply ? reply->atom : XCB_ATOM_NONE;
+    free(reply);
+    return atom;
+}
+
+void addEventMask(xcb_connection_t* c, xcb_window_t window, quint32 mask)
+{
+    xcb_get_window_attributes_reply_t* attrs =
+        xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), nullptr);
+    if (!attrs)
+        return;
+    const quint32 values[] = {attrs->your_event_mask | mask};
+    free(attrs);
+    xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, values);
 }
 
 } // namespace
@@ -75,30 +74,78 @@ TrayHostWatch::TrayHostWatch(QObject* parent) : QObject(parent)
         return;
     }
     if (xcb_connection_t* c = x11Connection()) {
-        m_owner = xembedTrayOwner(c);
-        m_present = m_owner != 0;
-        // The X server says nothing to us when a tray restarts unless we listen on the root
-        // window; a one-round-trip look every second is simpler and costs nothing measurable.
-        m_poll.setInterval(1000);
-        connect(&m_poll, &QTimer::timeout, this, &TrayHostWatch::pollXEmbed);
-        m_poll.start();
+        watchXEmbed(c);
         return;
     }
     m_present = QSystemTrayIcon::isSystemTrayAvailable();
 }
 
-void TrayHostWatch::pollXEmbed()
+TrayHostWatch::~TrayHostWatch()
 {
-    xcb_connection_t* c = x11Connection();
-    if (!c)
-        return;
-    const quint32 owner = xembedTrayOwner(c);
-    if (owner == m_owner)
-        return;
+    if (m_connection)
+        QCoreApplication::instance()->removeNativeEventFilter(this);
+}
+
+// A tray manager announces itself with a MANAGER message on the root window; its selection
+// window dies with it. A restarted tray may well get the very same window id, so only these
+// events tell a restart apart.
+void TrayHostWatch::watchXEmbed(xcb_connection_t* c)
+{
+    m_connection = c;
+    m_managerAtom = internAtom(c, QByteArrayLiteral("MANAGER"));
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(c));
+    for (int n = 0; screens.rem; ++n, xcb_screen_next(&screens)) {
+        m_selections.append(internAtom(c, "_NET_SYSTEM_TRAY_S" + QByteArray::number(n)));
+        addEventMask(c, screens.data->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    }
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    for (const xcb_atom_t selection : std::as_const(m_selections)) {
+        xcb_get_selection_owner_reply_t* reply =
+            xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, selection), nullptr);
+        const xcb_window_t owner = reply ? reply->owner : XCB_WINDOW_NONE;
+        free(reply);
+        if (owner) {
+            followOwner(owner);
+            break;
+        }
+    }
+    m_present = m_owner != XCB_WINDOW_NONE;
+}
+
+void TrayHostWatch::followOwner(quint32 owner)
+{
     m_owner = owner;
-    setPresent(owner != 0);
-    if (owner)
-        Q_EMIT hostReturned();
+    addEventMask(m_connection, owner, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    xcb_flush(m_connection);
+}
+
+bool TrayHostWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<xcb_generic_event_t*>(message);
+    switch (event->response_type & 0x7f) {
+    case XCB_CLIENT_MESSAGE: {
+        const auto* cm = reinterpret_cast<const xcb_client_message_event_t*>(event);
+        if (cm->type == m_managerAtom && cm->format == 32 && m_selections.contains(cm->data.data32[1])) {
+            followOwner(cm->data.data32[2]);
+            setPresent(true);
+            Q_EMIT hostReturned();
+        }
+        break;
+    }
+    case XCB_DESTROY_NOTIFY: {
+        const auto* dn = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
+        if (m_owner && dn->window == m_owner) {
+            m_owner = XCB_WINDOW_NONE;
+            setPresent(false);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return false;
 }
 
 void TrayHostWatch::setPresent(bool present)
@@ -132,9 +179,13 @@ SysTray::SysTray(FormMian* window, QObject* parent) : QObject(parent), m_window(
 void SysTray::AddTrayIcon()
 {
     refreshToolTip();
-    // Without a host at the first show Qt never embeds the icon; a fresh show asks anew.
-    m_icon.hide();
-    m_icon.show();
+    // Qt embeds the icon only if a host exists when it is shown, and follows that host's restarts
+    // from then on; an icon shown while there was none has to be shown anew.
+    if (!m_embedded) {
+        m_icon.hide();
+        m_icon.show();
+        m_embedded = m_host.present();
+    }
     m_unplaced = m_icon.geometry();
     m_placeWait.start();
     welcomeOncePlaced();
@@ -142,10 +193,10 @@ void SysTray::AddTrayIcon()
 
 void SysTray::welcomeOncePlaced()
 {
-    // No geometry at all: a StatusNotifier host places the balloon itself.
-    const bool waiting =
-        m_unplaced.isValid() && m_icon.geometry() == m_unplaced && m_placeWait.elapsed() < 1500;
-    if (waiting) {
+    // A StatusNotifier host places the balloon itself; an XEmbed icon has to be in the tray first.
+    const QRect now = m_icon.geometry();
+    const bool placed = !m_host.xembed() || (now.isValid() && now != m_unplaced);
+    if (!placed && m_placeWait.elapsed() < 1500) {
         m_placePoll.start();
         return;
     }

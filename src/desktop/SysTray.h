@@ -1,27 +1,33 @@
 #pragma once
 
+#include <QAbstractNativeEventFilter>
 #include <QElapsedTimer>
+#include <QList>
 #include <QObject>
 #include <QRect>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
 class QDBusServiceWatcher;
+struct xcb_connection_t;
 
 namespace quillora
 {
 
 class FormMian;
 
-// Follows the desktop's tray host. Qt re-announces its icon by itself when a host comes back;
-// this tells the program that it happened so the welcome can be shown again.
-class TrayHostWatch : public QObject
+// Follows the desktop's tray host (an XEmbed tray manager or a StatusNotifier watcher). Qt
+// re-announces its icon when a host comes back; this tells the program so it can greet again.
+class TrayHostWatch : public QObject, public QAbstractNativeEventFilter
 {
     Q_OBJECT
 public:
     explicit TrayHostWatch(QObject* parent = nullptr);
+    ~TrayHostWatch() override;
 
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     bool present() const { return m_present; }
+    bool xembed() const { return m_connection != nullptr; }
 
 Q_SIGNALS:
     void presenceChanged(bool present);
@@ -29,13 +35,16 @@ Q_SIGNALS:
     void hostReturned();
 
 private:
-    void pollXEmbed();
+    void watchXEmbed(xcb_connection_t* c);
+    void followOwner(quint32 owner);
     void setPresent(bool present);
 
     bool m_present = false;
-    quint32 m_owner = 0; // window owning the XEmbed tray selection
-    QTimer m_poll;
     QDBusServiceWatcher* m_watcher = nullptr;
+    xcb_connection_t* m_connection = nullptr;
+    quint32 m_managerAtom = 0;
+    QList<quint32> m_selections; // "_NET_SYSTEM_TRAY_S<n>" per screen
+    quint32 m_owner = 0;         // the tray manager's selection window
 };
 
 // The notification-area icon of the main window: tool tip, welcome balloon, left click toggles
@@ -64,6 +73,7 @@ private:
     FormMian* m_window;
     QSystemTrayIcon m_icon;
     TrayHostWatch m_host;
+    bool m_embedded = false;
     // A freshly shown icon still sits where it was created until the tray takes it in; a balloon
     // shown then would point at the wrong corner of the screen.
     QRect m_unplaced;
