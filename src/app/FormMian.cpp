@@ -392,8 +392,11 @@ void FormMian::Private::registerHotKey()
     hotKey = GlobalHotKey::create();
     QObject::connect(hotKey.get(), &GlobalHotKey::activated, q, &FormMian::toggleShowHide);
     QObject::connect(
-        hotKey.get(), &GlobalHotKey::unavailable, q, [this] { q->setStatusMessage(text(MsgHotKeyTaken)); },
+        hotKey.get(), &GlobalHotKey::keyTaken, q, [this] { q->setStatusMessage(text(MsgHotKeyTaken)); },
         Qt::SingleShotConnection);
+    QObject::connect(hotKey.get(), &GlobalHotKey::unavailable, q, [](const QString& reason) {
+        qInfo("Global key F11 unavailable: %s", qPrintable(reason));
+    });
     hotKey->registerKey();
 }
 

@@ -21,13 +21,15 @@ public:
     // "portal" (the session bus's desktop portal, also usable under X11) or "none".
     static std::unique_ptr<GlobalHotKey> create(QObject* parent = nullptr);
 
-    // Grabs F11. On failure unavailable() is emitted once with an English reason for logs.
+    // Grabs F11. On failure unavailable() is emitted once with an English reason for logs;
+    // keyTaken() comes first when the reason is another program holding the key.
     virtual void registerKey() = 0;
     // Gives the key back; also done by the destructor of each implementation.
     virtual void releaseKey() = 0;
 
 Q_SIGNALS:
     void activated();
+    void keyTaken();
     void unavailable(const QString& reason);
 };
 

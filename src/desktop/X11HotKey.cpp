@@ -87,6 +87,7 @@ void X11HotKey::registerKey()
 
     const QVector<uint16_t> variants = modifierVariants();
     QString error;
+    bool taken = false;
     for (auto it = xcb_setup_roots_iterator(xcb_get_setup(m_connection)); it.rem && error.isEmpty();
          xcb_screen_next(&it)) {
         for (const xcb_keycode_t* code = keycodes.get(); *code != XCB_NO_SYMBOL && error.isEmpty(); ++code) {
@@ -96,7 +97,8 @@ void X11HotKey::registerKey()
                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
                 XcbReply<xcb_generic_error_t> err(xcb_request_check(m_connection, cookie));
                 if (err) {
-                    error = err->error_code == kBadAccess
+                    taken = err->error_code == kBadAccess;
+                    error = taken
                                 ? QStringLiteral("F11 is already grabbed by another program")
                                 : QStringLiteral("grabbing F11 failed with X error %1").arg(err->error_code);
                     break;
@@ -107,6 +109,8 @@ void X11HotKey::registerKey()
     }
     if (!error.isEmpty()) {
         releaseKey();
+        if (taken && !m_reported)
+            Q_EMIT keyTaken();
         return fail(error);
     }
     QCoreApplication::instance()->installNativeEventFilter(this);
