@@ -1,245 +1,97 @@
 #include "TestSupport.h"
 #include "app/Settings.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace quillora;
-
-namespace
-{
-
-QVector<int> ints(std::initializer_list<int> values)
-{
-    return QVector<int>(values);
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 class TestSettings : public QObject
 {
     Q_OBJECT
-
-private:
     QTemporaryDir m_dir;
-    QString path(const QString& name) const { return m_dir.filePath(name); }
+
+    // Everything a Settings object reads, in one comparable line.
+    static QString summary(const Settings& s)
+    {
+        return QStringList{s.optionsText(), s.language(), QString::number(s.style()),
+                           s.autoCopy() ? u"T"_s : u"F"_s, s.fontText()}
+            .join(u';');
+    }
 
 private Q_SLOTS:
-    void fileLivesUnderTheConfigFolder()
-    {
-        const QString config = qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME")
-                                   ? QDir::homePath() + QStringLiteral("/.config")
-                                   : qEnvironmentVariable("XDG_CONFIG_HOME");
-        QCOMPARE(Settings::defaultFilePath(), config + QStringLiteral("/Quillora/Quillora.conf"));
-    }
-
-    void firstRunGivesTheDefaults()
-    {
-        const Settings s(path(QStringLiteral("first.conf")));
-        QCOMPARE(s.optionsText(), QStringLiteral("0|15|1|1|15|1|1"));
-        QCOMPARE(s.options().fields, ints({0, 15, 1, 1, 15, 1, 1}));
-        QVERIFY(s.options().complete());
-        QCOMPARE(s.language(), QStringLiteral("1"));
-        QCOMPARE(s.style(), 2);
-        QCOMPARE(s.autoCopy(), false);
-        QCOMPARE(s.fontText(), QStringLiteral("Tahoma|400|False|12|0|False|False|0"));
-        QCOMPARE(parseFont(s.fontText()).font, FontSetting());
-        QVERIFY(!QFile::exists(s.filePath()));
-    }
-
     void valuesAreStoredAsPlainStrings()
     {
-        const QString file = path(QStringLiteral("written.conf"));
-        {
-            Settings s(file);
-            s.setOptions({3, 7, 0, 0, 15, 0, 0});
-            s.setLanguage(QStringLiteral("6"));
-            s.setStyle(0);
-            s.setAutoCopy(true);
-            s.setFontText(QStringLiteral("DejaVu Sans|700|True|14|0|False|True|255"));
-        }
-        const QByteArray bytes = test::readFile(file);
-        QVERIFY(bytes.startsWith("[Setup]\n"));
-        for (const char* line : {"Options=3|7|0|0|15|0|0\n", "Language=6\n", "Style=0\n", "AutoCopy=True\n",
-                                 "Font=DejaVu Sans|700|True|14|0|False|True|255\n"})
-            QVERIFY2(bytes.contains(line), line);
-
-        const Settings again(file);
-        QCOMPARE(again.options().fields, ints({3, 7, 0, 0, 15, 0, 0}));
-        QCOMPARE(again.language(), QStringLiteral("6"));
-        QCOMPARE(again.style(), 0);
-        QCOMPARE(again.autoCopy(), true);
-        QCOMPARE(again.fontText(), QStringLiteral("DejaVu Sans|700|True|14|0|False|True|255"));
-
-        Settings(file).setAutoCopy(false);
-        QVERIFY(test::readFile(file).contains("AutoCopy=False\n"));
-        QCOMPARE(Settings(file).autoCopy(), false);
-    }
-
-    void awkwardTextsSurviveTheRoundTrip()
-    {
-        const QString file = path(QStringLiteral("awkward.conf"));
-        const QString face = QStringLiteral("Noto Sans CJK SC, Bold|400|False|12|0|False|False|0");
-        const QString chinese = QStringLiteral("微软雅黑|400|False|12|134|False|False|0");
+        QCOMPARE(Settings::defaultFilePath(),
+                 qEnvironmentVariable("XDG_CONFIG_HOME") + u"/Quillora/Quillora.conf"_s);
+        const QString file = m_dir.filePath(u"written.conf"_s);
         Settings s(file);
-        s.setFontText(face);
-        QCOMPARE(Settings(file).fontText(), face);
-        s.setFontText(chinese);
-        QCOMPARE(Settings(file).fontText(), chinese);
-        QVERIFY(test::readFile(file).contains(chinese.toUtf8()));
+        s.setOptions({-3, 7, 0, 0, 15, 0, 0});
+        s.setLanguage(u"6"_s);
+        s.setStyle(0);
+        s.setAutoCopy(true);
+        s.setFontText(u"微软雅黑|700|True|14|134|False|True|255"_s);
+        QCOMPARE(test::readFile(file),
+                 QByteArray("[Setup]\nAutoCopy=True\nFont=微软雅黑|700|True|14|134|False|True|255\n"
+                            "Language=6\nOptions=-3|7|0|0|15|0|0\nStyle=0\n"));
+        s.setAutoCopy(false);
+        s.setFontText(u"Noto Sans, Bold|400|False|12|0|False|False|0"_s);
+        QCOMPARE(summary(Settings(file)),
+                 u"-3|7|0|0|15|0|0;6;0;F;Noto Sans, Bold|400|False|12|0|False|False|0"_s);
     }
 
-    void optionFields_data()
+    // Null content: no file at all, which reading must not create.
+    void handEditedFilesNeverBreakReading_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QVector<int>>("fields");
-        QTest::newRow("default") << kDefaultOptions << ints({0, 15, 1, 1, 15, 1, 1});
-        QTest::newRow("hidden boxes") << QStringLiteral("3|7|0|0|15|0|0") << ints({3, 7, 0, 0, 15, 0, 0});
-        QTest::newRow("short") << QStringLiteral("3|7") << ints({3, 7});
-        QTest::newRow("non-numeric third") << QStringLiteral("3|7|x|0|15|0|0") << ints({3, 7});
-        QTest::newRow("empty field") << QStringLiteral("3||1") << ints({3});
-        QTest::newRow("fraction") << QStringLiteral("1.5|2") << ints({});
-        QTest::newRow("overflow") << QStringLiteral("99999999999|2") << ints({});
-        QTest::newRow("empty") << QString() << ints({});
-        QTest::newRow("blanks around") << QStringLiteral(" 4 | 5 ") << ints({4, 5});
-        QTest::newRow("negative") << QStringLiteral("-1|3") << ints({-1, 3});
-        QTest::newRow("extra fields") << QStringLiteral("1|2|3|4|5|6|7|8|9") << ints({1, 2, 3, 4, 5, 6, 7});
-        QTest::newRow("commas") << QStringLiteral("1,2,3") << ints({});
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("read");
+        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;Tahoma|400|False|12|0|False|False|0"_s;
+        QTest::newRow("no file") << QByteArray() << defaults;
+        QTest::newRow("garbage values")
+            << QByteArray("[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n")
+            << u"1|2|zz;;-1;F;A,B"_s;
+        QTest::newRow("numbers and blanks")
+            << QByteArray("[Setup]\nOptions=1, 2\nAutoCopy=1\nStyle= 3 \n") << u"1,2;1;3;T;"_s + kDefaultFont;
+        QTest::newRow("other group") << QByteArray("[Other]\nLanguage=\nStyle=0\n") << defaults;
+        QTest::newRow("binary") << QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20) << defaults;
     }
 
+    void handEditedFilesNeverBreakReading()
+    {
+        QFETCH(QByteArray, content);
+        const QString file = m_dir.filePath(QString::fromLatin1(QTest::currentDataTag()));
+        QVERIFY(content.isNull() || test::writeFile(file, content));
+        QTEST(summary(Settings(file)), "read");
+        QCOMPARE(QFile::exists(file), !content.isNull());
+    }
+
+    // Reading stops at the first missing or non-numeric field, and after the seventh.
     void optionFields()
     {
-        QFETCH(QString, text);
-        QFETCH(QVector<int>, fields);
-        const ParsedOptions parsed = parseOptions(text);
-        QCOMPARE(parsed.fields, fields);
-        QCOMPARE(parsed.stoppedAt(), fields.size());
-        QCOMPARE(parsed.complete(), fields.size() == OptionFieldCount);
-        QCOMPARE(parsed.has(OptCaching), fields.size() == OptionFieldCount);
-        QCOMPARE(parsed.has(OptSourceRow), !fields.isEmpty());
+        const QList<std::pair<QString, QVector<int>>> cases{{kDefaultOptions, {0, 15, 1, 1, 15, 1, 1}},
+                                                            {u"3|7"_s, {3, 7}},
+                                                            {u"3|7|x|0|15|0|0"_s, {3, 7}},
+                                                            {u"3||1"_s, {3}},
+                                                            {u"1.5|2"_s, {}},
+                                                            {u"99999999999|2"_s, {}},
+                                                            {QString(), {}},
+                                                            {u" -4 | 5 "_s, {-4, 5}},
+                                                            {u"1|2|3|4|5|6|7|8"_s, {1, 2, 3, 4, 5, 6, 7}}};
+        for (const auto& [text, fields] : cases)
+            QCOMPARE(parseOptions(text).fields, fields);
     }
 
-    void formatOptionsJoinsWithoutTrailingBar()
+    // A bad font field keeps its default and ends the reading; blanks and any case are fine.
+    void badFontFieldsKeepTheirDefaults()
     {
-        QCOMPARE(formatOptions({0, 15, 1, 1, 15, 1, 1}), kDefaultOptions);
-        QCOMPARE(formatOptions({-3, 60, 0, 0, 0, 0, 12}), QStringLiteral("-3|60|0|0|0|0|12"));
-    }
-
-    void handEditedFileNeverBreaksReading()
-    {
-        const QString file = path(QStringLiteral("hand.conf"));
-        QVERIFY(test::writeFile(file, "[Setup]\nOptions=1|2|zz|4\nStyle=abc\nAutoCopy=yes\nLanguage=\n"
-                                      "Font=Arial|heavy\n"));
-        const Settings s(file);
-        QCOMPARE(s.options().fields, ints({1, 2}));
-        QCOMPARE(s.options().stoppedAt(), 2);
-        QCOMPARE(s.style(), -1);
-        QCOMPARE(s.autoCopy(), false);
-        QCOMPARE(s.language(), QString());
-        const ParsedFont font = parseFont(s.fontText());
-        QCOMPARE(font.fieldsRead, 1);
-        QCOMPARE(font.font.face, QStringLiteral("Arial"));
-        QCOMPARE(font.font.weight, 400);
-
-        const QString commas = path(QStringLiteral("commas.conf"));
-        QVERIFY(test::writeFile(commas, "[Setup]\nOptions=1, 2, 3\nAutoCopy=1\nStyle= 3 \n"));
-        const Settings c(commas);
-        QCOMPARE(c.optionsText(), QStringLiteral("1,2,3"));
-        QCOMPARE(c.options().fields, ints({}));
-        QCOMPARE(c.autoCopy(), true);
-        QCOMPARE(c.style(), 3);
-
-        const QString garbage = path(QStringLiteral("garbage.conf"));
-        QVERIFY(test::writeFile(garbage, QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20)));
-        const Settings g(garbage);
-        QCOMPARE(g.optionsText(), kDefaultOptions);
-        QCOMPARE(g.language(), QStringLiteral("1"));
-        QCOMPARE(g.style(), 2);
-    }
-
-    void missingLanguageIsEnglishButEmptyIsLeftToTheLocale()
-    {
-        const QString missing = path(QStringLiteral("missing-lang.conf"));
-        QVERIFY(test::writeFile(missing, "[Setup]\nStyle=1\n"));
-        QCOMPARE(Settings(missing).language(), QStringLiteral("1"));
-
-        const QString empty = path(QStringLiteral("empty-lang.conf"));
-        QVERIFY(test::writeFile(empty, "[Setup]\nLanguage=\n"));
-        QVERIFY(Settings(empty).language().isEmpty());
-
-        const QString otherGroup = path(QStringLiteral("other-group.conf"));
-        QVERIFY(test::writeFile(otherGroup, "[Other]\nLanguage=\n"));
-        QCOMPARE(Settings(otherGroup).language(), QStringLiteral("1"));
-    }
-
-    void fontFields_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("fieldsRead");
-        QTest::addColumn<QString>("face");
-        QTest::addColumn<int>("weight");
-        QTest::addColumn<bool>("italic");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("charset");
-        QTest::addColumn<bool>("underline");
-        QTest::addColumn<bool>("strikeOut");
-        QTest::addColumn<uint>("color");
-        const QString tahoma = QStringLiteral("Tahoma");
-        QTest::newRow("default") << kDefaultFont << 8 << tahoma << 400 << false << 12 << 0 << false << false
-                                 << 0u;
-        QTest::newRow("all set") << QStringLiteral("Arial|700|True|10|134|True|True|16711680") << 8
-                                 << QStringLiteral("Arial") << 700 << true << 10 << 134 << true << true
-                                 << 16711680u;
-        QTest::newRow("lower-case booleans")
-            << QStringLiteral("Arial|400|true|9|0|false|TRUE|255") << 8 << QStringLiteral("Arial") << 400
-            << true << 9 << 0 << false << true << 255u;
-        QTest::newRow("stops at bad size")
-            << QStringLiteral("Arial|700|True|big|0|True|True|1") << 3 << QStringLiteral("Arial") << 700
-            << true << 12 << 0 << false << false << 0u;
-        QTest::newRow("colour out of range")
-            << QStringLiteral("Arial|400|False|12|0|False|False|16777216") << 7 << QStringLiteral("Arial")
-            << 400 << false << 12 << 0 << false << false << 0u;
-        QTest::newRow("zero size") << QStringLiteral("Arial|400|False|0") << 3 << QStringLiteral("Arial")
-                                   << 400 << false << 12 << 0 << false << false << 0u;
-        QTest::newRow("empty") << QString() << 0 << tahoma << 400 << false << 12 << 0 << false << false << 0u;
-        QTest::newRow("blank face") << QStringLiteral(" |700") << 0 << tahoma << 400 << false << 12 << 0
-                                    << false << false << 0u;
-    }
-
-    void fontFields()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, fieldsRead);
-        const ParsedFont parsed = parseFont(text);
-        QCOMPARE(parsed.fieldsRead, fieldsRead);
-        QTEST(parsed.font.face, "face");
-        QTEST(parsed.font.weight, "weight");
-        QTEST(parsed.font.italic, "italic");
-        QTEST(parsed.font.pointSize, "size");
-        QTEST(parsed.font.charset, "charset");
-        QTEST(parsed.font.underline, "underline");
-        QTEST(parsed.font.strikeOut, "strikeOut");
-        QTEST(uint(parsed.font.colorBgr), "color");
-    }
-
-    void formatFontRoundTrips()
-    {
-        QCOMPARE(formatFont(FontSetting()), kDefaultFont);
-        FontSetting f;
-        f.face = QStringLiteral("Liberation Serif");
-        f.weight = 700;
-        f.italic = true;
-        f.pointSize = 16;
-        f.charset = 238;
-        f.strikeOut = true;
-        f.colorBgr = 0x00FF80;
-        const QString text = formatFont(f);
-        QCOMPARE(text, QStringLiteral("Liberation Serif|700|True|16|238|False|True|65408"));
-        QCOMPARE(parseFont(text).font, f);
-        FontSetting g = f;
-        g.underline = true;
-        QVERIFY(!(g == f));
+        const ParsedFont cut = parseFont(u" Arial |700|true|0|134|TRUE|1|255"_s);
+        QCOMPARE(cut.fieldsRead, 3);
+        QCOMPARE(formatFont(cut.font), u"Arial|700|True|12|0|False|False|0"_s);
+        const ParsedFont colour = parseFont(u"Arial|400|FALSE|9|134|1|0|16777216"_s);
+        QCOMPARE(colour.fieldsRead, 7);
+        QCOMPARE(formatFont(colour.font), u"Arial|400|False|9|134|True|False|0"_s);
+        QCOMPARE(parseFont(u" |700"_s).fieldsRead, 0);
     }
 };
 
