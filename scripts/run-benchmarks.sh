@@ -64,3 +64,6 @@ clipboard_config="$(mktemp -d)"
 XDG_CONFIG_HOME="$clipboard_config" "$(dirname "$0")/../tests/xsession.sh" "$build/bench/latency_clipboard" \
     --benchmark_color=false 2>/dev/null
 rm -rf "$clipboard_config"
+
+echo "== Start-up to a shown window (Xvfb), against a bare Qt window"
+"$(dirname "$0")/../tests/xsession.sh" "$(dirname "$0")/../bench/startup.sh" "$build" 2>/dev/null

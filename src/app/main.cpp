@@ -67,8 +67,9 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed())
-            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        auto* shown = qobject_cast<QWindow*>(watched);
+        if (event->type() == QEvent::Expose && shown && shown->isExposed())
+            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(0); });
         return false;
     }
 };
@@ -100,10 +101,17 @@ int main(int argc, char* argv[])
     FormMianDeps deps;
     deps.settings = &settings;
     FormMian window(deps);
-    QObject::connect(&window, &FormMian::exiting, &app, &QCoreApplication::quit, Qt::QueuedConnection);
+    // exit(), not quit(): quit() first asks every window to close, and the main window says no.
+    QObject::connect(
+        &window, &FormMian::exiting, &app, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
     QObject::connect(&app, &QGuiApplication::commitDataRequest, &window,
                      [&window](QSessionManager&) { window.requestExit(); });
     const QuitOnSignals quitOnSignals([&window] { window.requestExit(); });
+
+    // Installed before anything shows: the window may be exposed while it is still being set up.
+    ExitWhenShown exitWhenShown;
+    if (ExitWhenShown::wanted())
+        app.installEventFilter(&exitWhenShown);
 
     SysTray tray(&window);
     if (!command.startsHidden())
@@ -117,10 +125,6 @@ int main(int argc, char* argv[])
         window.setWindowState(window.windowState() | Qt::WindowMinimized);
     }
     tray.AddTrayIcon();
-
-    ExitWhenShown exitWhenShown;
-    if (ExitWhenShown::wanted() && window.windowHandle())
-        window.windowHandle()->installEventFilter(&exitWhenShown);
 
     return app.exec();
 }
