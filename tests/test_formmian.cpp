@@ -1,0 +1,612 @@
+#include "TestSupport.h"
+#include "app/FormMian.h"
+#include "app/Settings.h"
+#include "app/StringTable.h"
+#include "desktop/Form2.h"
+#include "desktop/ModUniTxt.h"
+#include "desktop/ModmonClip.h"
+#include "net/Connectivity.h"
+#include "standin/StandinService.h"
+#include "translate/ServiceAddresses.h"
+#include "translate/TranslationEngine.h"
+#include "translate/WebPageAddress.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextDocument>
+#include <QTimer>
+
+using namespace quillora;
+using namespace quillora::test;
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+using Setup = QHash<QString, QString>; // raw values of the "Setup" group
+Setup options(const QString& text)
+{
+    return {{u"Options"_s, text}};
+}
+// Detection, target French, both panes, monitoring off, caching on.
+const Setup kFrench = options(u"0|19|1|1|15|0|1"_s);
+// Source English, target French, interface German.
+const Setup kEnglishFrench = options(u"17|19|1|1|22|0|1"_s);
+constexpr int kTranslate = 0, kSwap = 1, kBack = 2, kCopy = 3, kPaste = 4, kClear = 5;
+
+// A main window on a private settings file that records notices, opened addresses and file dialogs and
+// answers modal dialogs through `dialogAnswer`. Without a stand-in service it talks to a closed port.
+struct Rig {
+    explicit Rig(const Setup& setup = {}, bool withService = false)
+    {
+        QSettings raw(dir.filePath(u"Quillora.conf"_s), QSettings::IniFormat);
+        for (auto it = setup.begin(); it != setup.end(); ++it)
+            raw.setValue(u"Setup/"_s + it.key(), it.value());
+        raw.sync();
+        settings = std::make_unique<Settings>(raw.fileName());
+        FormMianDeps deps{settings.get(), &connectivity};
+        deps.registerHotKey = false;
+        deps.programPath = u"/opt/quillora/bin/quillora"_s;
+        deps.notice = [this](QWidget*, const NoticeRequest& request) {
+            return notices << request, QMessageBox::Ok;
+        };
+        deps.openUrl = [this](const QUrl& url) { return openedUrls << url, true; };
+        deps.chooseFile = [this](QWidget*, const FileDialogRequest& r) {
+            return fileRequests << r, fileAnswer;
+        };
+        deps.runDialog = [this](QDialog* dialog) { return dialogAnswer ? dialogAnswer(dialog) : 0; };
+        if (withService && !service.listen())
+            qFatal("the stand-in service cannot listen");
+        const QByteArray base = withService ? service.baseUrl().toUtf8() : "http://127.0.0.1:1";
+        qputenv("QUILLORA_SERVICE_URL", base);
+        qputenv("QUILLORA_API_URL", base);
+        engine = std::make_unique<TranslationEngine>(ServiceAddresses::fromEnvironment());
+        deps.engine = engine.get();
+        window = std::make_unique<FormMian>(deps);
+    }
+    QString settingsText() const { return QString::fromUtf8(readFile(settings->filePath())); }
+    QByteArray lastForm() const { return service.requests().constLast().body; }
+
+    QTemporaryDir dir;
+    StandinService service;
+    FixedConnectivity connectivity{true};
+    std::unique_ptr<Settings> settings;
+    std::unique_ptr<TranslationEngine> engine;
+    std::unique_ptr<FormMian> window; // last: it goes before what it uses
+    QList<NoticeRequest> notices;
+    QList<QUrl> openedUrls;
+    QList<FileDialogRequest> fileRequests;
+    QString fileAnswer;
+    std::function<int(QDialog*)> dialogAnswer; // default: Rejected without showing
+};
+
+QString checked(FormMian& w, const QStringList& keys)
+{
+    QStringList on;
+    for (const QString& key : keys) {
+        if (w.action(key)->isChecked())
+            on << key;
+    }
+    return on.join(u' ');
+}
+const QStringList kStyles{u"STYLE:0"_s, u"STYLE:1"_s, u"STYLE:2"_s, u"STYLE:3"_s};
+const QStringList kLanguages{u"menuS201"_s, u"menuS202"_s, u"menuS209"_s, u"menuS213"_s, u"menuS214"_s};
+
+QString keysOf(const QMenu* menu)
+{
+    QStringList keys;
+    for (const QAction* item : menu->actions())
+        keys << item->objectName();
+    return keys.join(u' ');
+}
+
+QList<int> rows(FormMian& w)
+{
+    return {w.combo2()->currentIndex(), w.combo1()->currentIndex()};
+}
+
+QString boxes(FormMian& w)
+{
+    return QStringList{w.sourceBox()->toPlainText(), w.resultBox()->toPlainText(),
+                       w.phoneticBox()->toPlainText(), w.dictionaryBox()->toPlainText()}
+        .join(u'|');
+}
+
+} // namespace
+
+class TestFormMian : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    // Loading
+
+    void optionsAtLoad_data()
+    {
+        QTest::addColumn<QString>("stored");    // null: a first run
+        QTest::addColumn<QList<int>>("rows");   // source, target
+        QTest::addColumn<QList<bool>>("shown"); // phonetic, dictionary, monitoring, Swap enabled
+        QTest::addColumn<QRect>("result");
+        const QRect standard(0, 188, 710, 135);
+        QTest::newRow("first run") << QString() << QList{0, 15} << QList{true, true, true, false} << standard;
+        QTest::newRow("panes off") << u"3|7|0|0|15|0|0"_s << QList{3, 7} << QList{false, false, false, true}
+                                   << QRect(0, 188, 710, 239);
+        QTest::newRow("two fields") << u"3|7"_s << QList{3, 7} << QList{true, true, false, true} << standard;
+        QTest::newRow("text in field 1")
+            << u"4|x|0|0|15|1|1"_s << QList{4, 15} << QList{true, true, false, true} << standard;
+        QTest::newRow("rows out of range")
+            << u"99|-4|1|1|15|1|1"_s << QList{0, 15} << QList{true, true, true, false} << standard;
+    }
+    void optionsAtLoad()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QList<bool>, shown);
+        Rig rig(stored.isNull() ? Setup() : options(stored));
+        FormMian& w = *rig.window;
+        QTEST(rows(w), "rows");
+        QCOMPARE((QList{!w.phoneticBox()->isHidden(), !w.dictionaryBox()->isHidden(),
+                        w.clipboardMonitor()->monitoring(), w.jcbutton(kSwap)->isEnabled()}),
+                 shown);
+        QCOMPARE((QList{w.check1()->isChecked(), w.check2()->isChecked()}), shown.mid(0, 2));
+        QTEST(w.resultBox()->geometry(), "result");
+        QCOMPARE(rig.settingsText().isEmpty(), stored.isNull()); // read, not rewritten
+    }
+
+    void firstRun()
+    {
+        Rig rig;
+        FormMian& w = *rig.window;
+        QCOMPARE(w.windowTitle() + w.jcbutton(kTranslate)->text(), u"Quillora&Translate"_s);
+        QCOMPARE(w.combo1()->currentText(), u"English"_s);
+        QCOMPARE(w.combo2()->itemText(0), u"Detect language"_s);
+        QCOMPARE(checked(w, kLanguages + kStyles + QStringList{u"menuS5"_s}), u"menuS201 STYLE:2"_s);
+        QCOMPARE(w.sourceBox()->geometry(), QRect(0, 0, 710, 135));
+        QCOMPARE(w.phoneticBox()->geometry(), QRect(0, 325, 400, 102));
+        QCOMPARE(w.dictionaryBox()->geometry(), QRect(403, 325, 307, 102));
+        QVERIFY(w.speakerButton(0)->isHidden() && w.speakerButton(1)->isHidden());
+        auto* pic1 = w.findChild<QWidget*>(u"Pic1"_s);
+        QCOMPARE(pic1->palette().color(pic1->backgroundRole()), QColor(183, 222, 249));
+        QVERIFY(rig.settingsText().isEmpty()); // loading stores nothing
+    }
+
+    void storedLanguageStyleAndFont()
+    {
+        Rig slovak({{u"Language"_s, u"6"_s},
+                    {u"AutoCopy"_s, u"True"_s},
+                    {u"Font"_s, u"DejaVu Serif|700|True|15|0|False|False|255"_s}});
+        FormMian& w = *slovak.window;
+        QCOMPARE(checked(w, kLanguages + QStringList{u"menuS5"_s}), u"menuS213 menuS5"_s);
+        QCOMPARE(w.windowTitle(), StringTable::text(6017));
+        QCOMPARE(w.combo1()->itemText(15), StringTable::text(6053));
+        QVERIFY(w.jcbutton(kTranslate)->text() != u"&Translate"_s);
+        QCOMPARE(w.dictionaryBox()->font().family(), u"DejaVu Serif"_s);
+        QVERIFY(w.resultBox()->font().bold() && w.sourceBox()->font().italic());
+        QCOMPARE(w.phoneticBox()->font().pointSize(), 15);
+        QCOMPARE(w.resultBox()->palette().color(QPalette::Text), QColor(Qt::red)); // colour 255 is red
+        QCOMPARE(checked(*Rig({{u"Style"_s, u"0"_s}}).window, kStyles), u"STYLE:0"_s);
+        for (const QString& stored : {u"9"_s, u"1x"_s, u" 2"_s})
+            QCOMPARE(Rig({{u"Language"_s, stored}}).window->interfaceLanguage(), u"1"_s);
+        // An empty value asks the system locale, which always names one of the seven.
+        const int chosen = Rig({{u"Language"_s, QString()}}).window->interfaceLanguage().toInt();
+        QVERIFY(chosen >= 1 && chosen <= 7);
+    }
+
+    void rightToLeftPickers()
+    {
+        Rig rig(options(u"4|25|1|1|15|0|1"_s)); // Arabic to Hebrew
+        FormMian& w = *rig.window;
+        const auto directions = [&w] {
+            return QList{w.sourceBox()->layoutDirection(), w.resultBox()->layoutDirection(),
+                         w.phoneticBox()->layoutDirection(), w.dictionaryBox()->layoutDirection()};
+        };
+        QCOMPARE(directions(), (QList{Qt::RightToLeft, Qt::RightToLeft, Qt::RightToLeft, Qt::LeftToRight}));
+        QVERIFY(w.resultBox()->document()->defaultTextOption().alignment() & Qt::AlignRight);
+        w.combo2()->setCurrentIndex(1);
+        w.combo1()->setCurrentIndex(21); // Georgian stays in the right-to-left set
+        QCOMPARE(directions(), (QList{Qt::LeftToRight, Qt::RightToLeft, Qt::RightToLeft, Qt::LeftToRight}));
+        w.combo1()->setCurrentIndex(15);
+        QCOMPARE(w.resultBox()->document()->defaultTextOption().alignment(),
+                 w.dictionaryBox()->document()->defaultTextOption().alignment());
+        QCOMPARE(w.phoneticBox()->layoutDirection(), Qt::LeftToRight);
+    }
+
+    // Menus
+
+    void englishMenuTree()
+    {
+        Rig rig;
+        FormMian& w = *rig.window;
+        QStringList captions;
+        for (const char* key : {"menuF", "menuF3", "menuS4", "menuS209", "STYLE:2", "menuH4", "menuSYS1"})
+            captions << w.action(QLatin1String(key))->text();
+        QCOMPARE(captions,
+                 QStringList({u"&File"_s, u"Exit"_s, u"Setting Font..."_s, u"Polish"_s, u"Sky Blue"_s,
+                              u"Google Translate Home "_s, u"Display/Hide Translate Tool (F11)"_s}));
+        QVERIFY(w.action(u"menuH4"_s)->isVisible() && !w.action(u"menuH5"_s)->isVisible());
+        QCOMPARE(keysOf(w.action(u"menuF"_s)->menu()),
+                 u"menuF0 FILE1:SEPARATOR menuF1 menuF2 FILE2:SEPARATOR menuF3"_s);
+        QVERIFY(w.action(u"FILE2:SEPARATOR"_s)->isSeparator());
+        QCOMPARE(keysOf(w.systemMenu()), u"menuSYS1 menuSYS2 SYS:SEPARATOR menuSYS3"_s);
+    }
+
+    void switchToSlovakKeepsTheRows()
+    {
+        Rig rig;
+        FormMian& w = *rig.window;
+        QSignalSpy changed(&w, &FormMian::interfaceLanguageChanged);
+        w.combo2()->setCurrentIndex(21);
+        w.combo1()->setCurrentIndex(47);
+        w.dispatch(u"menuS213"_s);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(rig.settings->language() + u' ' + checked(w, kLanguages), u"6 menuS213"_s);
+        QCOMPARE(w.action(u"menuF3"_s)->text(), StringTable::text(6005));
+        QCOMPARE(w.jcbutton(kSwap)->toolTip(), StringTable::text(6113));
+        QCOMPARE(w.check1()->text(), StringTable::text(6023));
+        QVERIFY(w.action(u"menuF3"_s)->text() != u"Exit"_s);
+        // The pickers are refilled in Slovak and keep their rows.
+        QCOMPARE(w.combo2()->itemText(0) + w.combo1()->itemText(47),
+                 StringTable::text(6099) + StringTable::text(6085));
+        QCOMPARE(rows(w), (QList{21, 47}));
+        w.dispatch(u"menuS201"_s);
+        QCOMPARE(w.action(u"menuF3"_s)->text() + w.combo1()->currentText(), u"ExitSlovak"_s);
+        QCOMPARE(rig.settings->language(), u"1"_s);
+    }
+
+    void languagesWithoutTableChangeNothing()
+    {
+        Rig rig({{u"Language"_s, u"7"_s}});
+        FormMian& w = *rig.window;
+        const QString before = rig.settingsText() + w.jcbutton(kTranslate)->text();
+        QSignalSpy changed(&w, &FormMian::interfaceLanguageChanged);
+        for (int n = 205; n <= 211; ++n)
+            w.action(u"menuS%1"_s.arg(n))->trigger();
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(checked(w, kLanguages), u"menuS214"_s);
+        QCOMPARE(rig.settingsText() + w.jcbutton(kTranslate)->text(), before);
+    }
+
+    void visualStylesAndAutoCopy()
+    {
+        Rig rig({{u"Style"_s, u"7"_s}});
+        FormMian& w = *rig.window;
+        auto* pic1 = w.findChild<QWidget*>(u"Pic1"_s);
+        const auto colours = [&] {
+            return QList{pic1->palette().color(pic1->backgroundRole()),
+                         w.check2()->palette().color(QPalette::Window),
+                         w.jcbutton(kClear)->palette().color(QPalette::Button)};
+        };
+        const QPalette platform = QApplication::palette();
+        QCOMPARE(checked(w, kStyles), QString()); // 7 does nothing
+        QCOMPARE(colours(), (QList{platform.color(QPalette::Window), platform.color(QPalette::Window),
+                                   platform.color(QPalette::Button)}));
+        w.action(u"STYLE:1"_s)->trigger();
+        QCOMPARE(rig.settings->style(), 1);
+        QCOMPARE(colours(), QList<QColor>(3, QColor(173, 209, 255)));
+        w.action(u"STYLE:0"_s)->trigger();
+        QCOMPARE(colours(), QList<QColor>(3, platform.color(QPalette::Button)));
+        w.action(u"STYLE:3"_s)->trigger();
+        QCOMPARE(colours().at(0), platform.color(QPalette::Light));
+        w.action(u"menuS5"_s)->trigger();
+        QVERIFY(rig.settings->autoCopy());
+    }
+
+    void paneLayouts_data()
+    {
+        QTest::addColumn<bool>("phonetic");
+        QTest::addColumn<bool>("dictionary");
+        QTest::addColumn<QList<QRect>>("rects"); // result, phonetic, dictionary; empty: hidden
+        const QRect result(0, 188, 710, 135), wide(0, 325, 710, 102);
+        QTest::newRow("both") << true << true
+                              << QList{result, QRect(0, 325, 400, 102), QRect(403, 325, 307, 102)};
+        QTest::newRow("phonetic") << true << false << QList{result, wide, QRect()};
+        QTest::newRow("dictionary") << false << true << QList{result, QRect(), wide};
+        QTest::newRow("none") << false << false << QList{QRect(0, 188, 710, 239), QRect(), QRect()};
+    }
+    void paneLayouts()
+    {
+        QFETCH(bool, phonetic);
+        QFETCH(bool, dictionary);
+        Rig rig;
+        FormMian& w = *rig.window;
+        w.check1()->setChecked(false);
+        w.check2()->setChecked(false);
+        w.check1()->setChecked(phonetic);
+        w.check2()->setChecked(dictionary);
+        const auto rectOf = [](QWidget* box) { return box->isHidden() ? QRect() : box->geometry(); };
+        QTEST((QList{rectOf(w.resultBox()), rectOf(w.phoneticBox()), rectOf(w.dictionaryBox())}), "rects");
+    }
+
+    void optionsDialogOkAndClose()
+    {
+        Rig rig(kFrench);
+        FormMian& w = *rig.window;
+        int shown = 0;
+        QString button = u"Command2"_s;
+        rig.dialogAnswer = [&](QDialog* dialog) {
+            auto* form = qobject_cast<Form2*>(dialog);
+            if (!form)
+                return -1;
+            ++shown;
+            form->combo2()->setCurrentIndex(1);
+            form->combo3()->setCurrentIndex(22);
+            form->check(3)->setChecked(false);
+            form->check(1)->setChecked(true);
+            form->findChild<QAbstractButton*>(button)->click();
+            return form->result();
+        };
+        const QString before = rig.settingsText();
+        w.dispatch(u"menuS1"_s);
+        QCOMPARE(rig.settingsText(), before);
+        QCOMPARE(rows(w), (QList{0, 19}));
+        // OK, here from the tray menu's item, stores the string and applies it at once.
+        button = u"Command1"_s;
+        w.dispatch(u"menuSYS2"_s);
+        QCOMPARE(shown, 2);
+        QCOMPARE(rig.settings->optionsText(), u"1|22|0|1|15|1|1"_s);
+        QCOMPARE(rows(w), (QList{1, 22}));
+        QVERIFY(!w.jcbutton(kSwap)->isEnabled() && w.phoneticBox()->isHidden());
+        QCOMPARE(w.dictionaryBox()->geometry(), QRect(0, 325, 710, 102));
+        QVERIFY(w.clipboardMonitor()->monitoring());
+    }
+
+    void openTextFileTranslates()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        rig.fileAnswer = rig.dir.filePath(u"blank.txt"_s);
+        QVERIFY(writeFile(rig.fileAnswer, "    "));
+        w.dispatch(u"menuF1"_s);
+        QCOMPARE(rig.fileRequests.constFirst().nameFilters,
+                 QStringList({u"Text (*.TXT *.ini *.inf *.log)"_s, u"All (*.*)"_s}));
+        QVERIFY(rig.service.requests().isEmpty());
+        QVERIFY(writeFile(rig.fileAnswer, QByteArray("\xFE\xFF\0h\0e\0l\0l\0o", 12))); // UTF-16 BE
+        w.dispatch(u"menuF1"_s);
+        QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
+    }
+
+    void saveResultsWritesTheFile()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.jcbuttonClick(kTranslate);
+        rig.fileAnswer = rig.dir.filePath(u"results.txt"_s);
+        w.dispatch(u"menuF2"_s);
+        QCOMPARE(rig.fileRequests.constLast().defaultSuffix, u"txt"_s);
+        QCOMPARE(rig.openedUrls, QList{QUrl::fromLocalFile(rig.fileAnswer)});
+        int encoding = -1;
+        const QString text = ReadTextFile(rig.fileAnswer, &encoding);
+        QCOMPARE(encoding, int(EncUtf16BE));
+        const QStringList lines = text.split(u"\r\n"_s);
+        QVERIFY(lines.at(0).startsWith(u"******************DATE:"_s));
+        QCOMPARE((QStringList{lines.at(2), lines.at(5), lines.at(8), lines.at(11)}), // below their banners
+                 QStringList({u"hello"_s, u"bonjour"_s, u"/bonjour/"_s, u"interjection:"_s}));
+        QVERIFY(text.endsWith(u"*****************************END*****************************\r\n"_s));
+
+        rig.fileAnswer = rig.dir.filePath(u"missing/results.txt"_s);
+        w.dispatch(u"menuF2"_s);
+        QCOMPARE(rig.notices.size(), 1);
+        QCOMPARE(rig.notices.constFirst().text, u"Save failed!"_s);
+        QCOMPARE(rig.openedUrls.size(), 1);
+    }
+
+    // Buttons
+
+    void translateSendsTheFormAndFillsTheBoxes()
+    {
+        Rig rig(kEnglishFrench, true);
+        FormMian& w = *rig.window;
+        QSignalSpy finished(&w, &FormMian::translationFinished);
+        w.sourceBox()->setPlainText(u"  a&b c+d 100% é\nzwei=2 "_s);
+        w.jcbuttonClick(kTranslate);
+        QCOMPARE(rig.lastForm(), "prev=hp&hl=de&ie=UTF-8&js=y&text=  a%26b c+d 100% " + u"é"_s.toUtf8() +
+                                     "\nzwei=2 &file=&sl=en&tl=fr");
+        QCOMPARE(w.sourceBox()->toPlainText(), u"  a&b c+d 100% é\nzwei=2 "_s);
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.dispatch(u"menuF0"_s); // the menu item does the same
+        QCOMPARE(boxes(w), u"hello|bonjour|/bonjour/|interjection:\n1. bonjour\n2. salut\n3. allô\n"_s);
+        QVERIFY(w.statusMessage().isEmpty());
+        // A blank source sends nothing and empties the results.
+        w.sourceBox()->setPlainText(u"   "_s);
+        w.jcbuttonClick(kTranslate);
+        QCOMPARE(boxes(w), u"   |||"_s);
+        QCOMPARE(rig.service.requests().size(), 2);
+        QCOMPARE(finished.count(), 2);
+    }
+
+    void offlineShowsTheNotice()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        rig.connectivity.setOnline(false);
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.jcbuttonClick(kTranslate);
+        QCOMPARE(rig.notices.size(), 1);
+        QCOMPARE(rig.notices.at(0).title + u'|' + rig.notices.at(0).text,
+                 u"Notice|Is not connected to the Internet."_s);
+        QVERIFY(rig.notices.at(0).icon == QMessageBox::Warning && rig.notices.at(0).owned);
+        // A copied text: the ownerless OK/Cancel notice; the text still lands in the source box.
+        w.translateCopiedText(u"copied"_s);
+        QCOMPARE(rig.notices.size(), 2);
+        QCOMPARE(rig.notices.at(1).buttons, QMessageBox::Ok | QMessageBox::Cancel);
+        QVERIFY(!rig.notices.at(1).owned);
+        QCOMPARE(boxes(w), u"copied|||"_s);
+        QVERIFY(rig.service.requests().isEmpty());
+    }
+
+    void swapExchangesTheLanguages()
+    {
+        Rig rig(kEnglishFrench, true);
+        FormMian& w = *rig.window;
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.jcbuttonClick(kSwap);
+        QCOMPARE(rows(w), (QList{21, 15}));
+        QVERIFY(rig.lastForm().endsWith("&sl=fr&tl=en"));
+        QCOMPARE(w.resultBox()->toPlainText(), u"HELLO"_s);
+        w.combo2()->setCurrentIndex(1); // detection: Swap is disabled and does nothing
+        QVERIFY(!w.jcbutton(kSwap)->isEnabled());
+        w.jcbuttonClick(kSwap);
+        QCOMPARE(rig.service.requests().size(), 1);
+        QCOMPARE(rows(w), (QList{1, 15}));
+    }
+
+    void backWrapsAroundTheRing()
+    {
+        Rig rig(kEnglishFrench, true);
+        FormMian& w = *rig.window;
+        const QStringList texts{QString(100, u'a'), u"world"_s, QString(101, u'x'), u"thank you"_s};
+        const QList<int> targets{19, 22, 19, 49};
+        for (int i = 0; i < texts.size(); ++i) {
+            w.combo1()->setCurrentIndex(targets.at(i));
+            w.sourceBox()->setPlainText(texts.at(i));
+            w.jcbuttonClick(kTranslate);
+            QCOMPARE(w.speakerButton(0)->isHidden() || w.speakerButton(1)->isHidden(), i == 2); // up to 100
+        }
+        // The fourth overwrote slot 0: Back shows the third, the second, then wraps to the fourth.
+        w.jcbuttonClick(kBack);
+        QCOMPARE(boxes(w).section(u'|', 0, 1), texts.at(2) + u'|' + QString(101, u'X'));
+        QVERIFY(w.speakerButton(0)->isHidden());
+        w.jcbuttonClick(kBack);
+        QCOMPARE(boxes(w).section(u'|', 0, 2), u"world|WORLD|/world/"_s);
+        QCOMPARE(rows(w), (QList{17, 22}));
+        QVERIFY(!w.speakerButton(0)->isHidden());
+        w.jcbuttonClick(kBack);
+        QCOMPARE(w.sourceBox()->toPlainText(), texts.at(3));
+        w.jcbuttonClick(kTranslate); // the pickers' codes follow the restored rows
+        QVERIFY(rig.lastForm().endsWith("&sl=en&tl=es"));
+
+        Rig uncached(options(u"0|19|1|1|15|0|0"_s), true);
+        uncached.window->sourceBox()->setPlainText(u"hello"_s);
+        uncached.window->jcbuttonClick(kTranslate);
+        uncached.window->jcbuttonClick(kBack);
+        QCOMPARE(boxes(*uncached.window), u"|||"_s);
+    }
+
+    void copyKeepsTheSpaces()
+    {
+        Rig rig(options(u"0|19|1|1|15|1|1"_s));
+        FormMian& w = *rig.window;
+        QSignalSpy copied(w.clipboardMonitor(), &ClipboardMonitor::textCopied);
+        w.resultBox()->setPlainText(u"   leading and trailing  "_s);
+        w.jcbuttonClick(kCopy);
+        w.resultBox()->setPlainText(u"    "_s);
+        w.jcbuttonClick(kCopy); // a blank result is not copied
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"   leading and trailing  "_s);
+        QTest::qWait(50); // the program's own copy is not taken back as a new source
+        QCOMPARE(copied.count(), 0);
+        QVERIFY(w.sourceBox()->toPlainText().isEmpty());
+    }
+
+    void pasteAndClear()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        for (const QString& text : {u"world"_s, u"hello"_s}) {
+            w.sourceBox()->setPlainText(text);
+            w.jcbuttonClick(kTranslate);
+        }
+        QGuiApplication::clipboard()->setText(u" pasted 中文"_s);
+        w.sourceBox()->moveCursor(QTextCursor::End);
+        w.jcbuttonClick(kPaste);
+        QCOMPARE(w.sourceBox()->toPlainText(), u"hello pasted 中文"_s);
+        QVERIFY(!w.speakerButton(0)->isHidden());
+        w.jcbuttonClick(kClear);
+        QCOMPARE(boxes(w), u"|||"_s);
+        QVERIFY(w.speakerButton(0)->isHidden() && w.speakerButton(1)->isHidden());
+        w.jcbuttonClick(kBack); // the ring is untouched
+        QCOMPARE(boxes(w).section(u'|', 0, 1), u"world|monde"_s);
+        QCOMPARE(rig.service.requests().size(), 2);
+    }
+
+    void failureGoesToTheStatusLine()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        rig.service.setFormMode(StandinService::FormMode::Refused);
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.resultBox()->setPlainText(u"old"_s);
+        w.jcbuttonClick(kTranslate);
+        QCOMPARE(w.statusMessage(), StringTable::text(1000 + MsgServiceRefused));
+        QCOMPARE(boxes(w), u"hello|||"_s);
+        QVERIFY(rig.notices.isEmpty());
+        rig.service.setFormMode(StandinService::FormMode::Legacy);
+        w.jcbuttonClick(kTranslate);
+        QVERIFY(w.statusMessage().isEmpty());
+    }
+
+    void escapeCancelsAndInputIsHeld()
+    {
+        Rig rig(kFrench, true);
+        FormMian& w = *rig.window;
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        rig.service.setDelayMs(4000);
+        w.sourceBox()->setPlainText(u"hello"_s);
+        w.resultBox()->setPlainText(u"old"_s);
+        QString whileRunning;
+        QTimer::singleShot(200, &w, [&] {
+            QTest::keyClick(w.sourceBox(), Qt::Key_X);
+            QTest::mouseClick(w.jcbutton(kClear), Qt::LeftButton);
+            whileRunning = w.statusMessage() + u'|' + w.sourceBox()->toPlainText();
+            QTest::keyClick(w.sourceBox(), Qt::Key_Escape);
+        });
+        w.jcbuttonClick(kTranslate);
+        QCOMPARE(whileRunning, StringTable::text(1000 + MsgTranslating) + u"|hello"_s);
+        QCOMPARE(w.statusMessage(), u"Translation cancelled."_s);
+        QCOMPARE(boxes(w), u"hello|||"_s);
+        QVERIFY(!w.isTranslating() && !QGuiApplication::overrideCursor());
+        w.sourceBox()->moveCursor(QTextCursor::End);
+        QTest::keyClick(w.sourceBox(), Qt::Key_Y);
+        QCOMPARE(w.sourceBox()->toPlainText(), u"helloy"_s);
+    }
+
+    void webPageTranslation()
+    {
+        Rig rig(kEnglishFrench, true);
+        FormMian& w = *rig.window;
+        auto* go = w.findChild<QAbstractButton*>(u"jcbutton1"_s);
+        for (int i = 0; i <= 10; ++i) {
+            w.ucComText()->setEditText(i ? u"site%1.example"_s.arg(i) : u"  example.org/a b?x=1&y=2#top "_s);
+            go->click();
+        }
+        QCOMPARE(rig.openedUrls.constFirst(),
+                 QUrl(webPageTranslationAddress(rig.service.baseUrl(), u"de"_s, u"en"_s, u"fr"_s,
+                                                u"example.org/a b?x=1&y=2#top"_s),
+                      QUrl::TolerantMode));
+        QCOMPARE(w.ucComText()->count(), 10); // the oldest address is dropped
+        QCOMPARE(w.ucComText()->itemText(0), u"site1.example"_s);
+        QVERIFY(rig.service.requests().isEmpty());
+    }
+
+    void closeHidesWhileExitQuits()
+    {
+        Rig rig;
+        FormMian& w = *rig.window;
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QSignalSpy hidden(&w, &FormMian::hiddenToTray);
+        QSignalSpy exiting(&w, &FormMian::exiting);
+        QVERIFY(!w.close()); // without a tray: minimised, still reachable
+        QVERIFY(w.isMinimized() && w.isVisible());
+        w.setTrayPresent(true);
+        w.toggleShowHide();
+        QVERIFY(!w.close());
+        QTRY_VERIFY(w.isHidden());
+        QCOMPARE(hidden.count() + exiting.count(), 1);
+        w.dispatch(u"menuF3"_s);
+        QVERIFY(w.exitRequested() && !w.clipboardMonitor()->monitoring());
+        QCOMPARE(exiting.count(), 1);
+    }
+};
+
+QTEST_MAIN(TestFormMian)
+#include "test_formmian.moc"
