@@ -14,9 +14,7 @@ CommandResult runCommand(const QString& program, const QStringList& arguments, c
     CommandResult result;
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForStarted(timeoutMs))
-        return result;
-    result.started = true;
+    result.started = process.waitForStarted(timeoutMs);
     process.write(input);
     process.closeWriteChannel();
     if (!process.waitForFinished(timeoutMs)) {
@@ -26,8 +24,7 @@ CommandResult runCommand(const QString& program, const QStringList& arguments, c
     }
     result.out = process.readAllStandardOutput();
     result.err = process.readAllStandardError();
-    if (process.exitStatus() == QProcess::NormalExit)
-        result.exitCode = process.exitCode();
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return result;
 }
 
