@@ -157,7 +157,10 @@ void FormMian::Private::Form_Load()
     menus = new CommandMenus(q);
     QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::dispatch);
     clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), q);
-    QObject::connect(clipboard, &ClipboardMonitor::textCopied, q, &FormMian::translateCopiedText);
+    // Queued: a text found on the clipboard at load is translated once the window runs, not while
+    // it is being built.
+    QObject::connect(clipboard, &ClipboardMonitor::textCopied, q, &FormMian::translateCopiedText,
+                     Qt::QueuedConnection);
 
     readMarks();
     applyStyle();
