@@ -1,130 +1,79 @@
 #pragma once
 
-#include <QByteArray>
 #include <QHash>
-#include <QList>
+#include <QMap>
 #include <QObject>
-#include <QPair>
-#include <QString>
-#include <QUrl>
+#include <QStringList>
+#include <QTcpServer>
 #include <QUrlQuery>
-
-class QTcpServer;
-class QTcpSocket;
 
 namespace quillora::test
 {
 
-// A stand-in for the translation service and the maker's file server: HTTP/1.1 on 127.0.0.1, one
-// request per connection. Runs in the caller's event loop (in-process) or as the quillora-standin
-// executable, which prints "PORT <n>" and is steered by flags and the control endpoints below.
-//
-// Service:
-//   POST /                    the form; answers by formMode (default Legacy: the old page with all
-//                             three parts: translation span, TranslitMark section, dictionary list)
-//   GET  /translate_a/single  the JSON interface (q, sl, tl); answers by jsonMode
-//   GET  /translate_tts       a short WAV clip (audio/wav)
-//   GET  /files/<name>        a registered file; otherwise 404 with a "404 Not Found" page.
-//                             Registered from the start: "Update.txt" (an update list holding
-//                             "Updates") and "lower.txt" (holding only "updates").
-// Control (not recorded):
-//   GET  /__mode?form=legacy|changed|empty|refused&json=ok|429|503|html&delay_ms=N
-//                             changes any of the three; answers the current modes as JSON
-//   GET  /__requests          the recorded requests as a JSON array of objects with "method",
-//                             "target", "path", "headers" (object), "body" (UTF-8 text), "raw" (base64)
-//   GET  /__reset             forgets the recorded requests and restores the default modes
-//   POST /__files/<name>      registers the body as /files/<name> with the request's Content-Type
-//
-// Translations are deterministic: to "fr" a small English word list (hello -> bonjour, world ->
-// monde, ...); every other word, and every word for other targets, is upper-cased. The
-// romanization is the translation in lower case between "/" marks ("/bonjour monde/"); the old page
-// writes its line breaks as two spaces, the way the service did.
+// A stand-in for the translation service and the maker's file server on 127.0.0.1, one request per
+// connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode) and
+// GET /files/<name> (set by setFile; otherwise a "404 Not Found" page). Every request is recorded.
+// Translations are deterministic: to "fr" a few English words (hello -> bonjour, world -> monde,
+// cat -> chat, dog -> chien), every other word upper-cased; the romanization is the translation in
+// lower case between "/" marks; the dictionary has "interjection" entries for "hello" to "fr" and a
+// "phrase" entry (the translation) for everything else. Runs in the caller's event loop, or on its own
+// as the quillora-standin program, which prints "PORT <n>".
 class StandinService : public QObject
 {
     Q_OBJECT
 public:
-    enum class FormMode {
-        Legacy,  // the old layout with every marker
-        Changed, // a modern page without markers
-        Empty,   // 200 with no body
-        Refused  // 429 with a short HTML page
-    };
+    // The old page with all three parts, a page without its markers, 200 with no body, 429.
+    enum class FormMode { Legacy, Changed, Empty, Refused };
     enum class JsonMode { Ok, TooManyRequests, Unavailable, Html };
-
     struct Request {
-        QByteArray method;
-        QByteArray target; // path and query as sent
-        QList<QPair<QByteArray, QByteArray>> headers;
-        QByteArray body;
-        QByteArray raw;                                  // every byte received, head and body
-        QByteArray header(const QByteArray& name) const; // case-insensitive, "" when absent
-        QString path() const;
-        QUrlQuery query() const;
+        QByteArray method, target, body;      // target: path and query as sent
+        QMap<QByteArray, QByteArray> headers; // names in lower case
+        QByteArray header(const QByteArray& name) const { return headers.value(name.toLower()); }
+        QString path() const { return QString::fromUtf8(target.split('?').value(0)); }
+        QUrlQuery query() const { return QUrlQuery(QString::fromUtf8(target.split('?').value(1))); }
     };
 
     explicit StandinService(QObject* parent = nullptr);
-    ~StandinService() override;
-
-    // Listens on 127.0.0.1; port 0 picks a free one.
-    bool listen(quint16 port = 0);
-    quint16 port() const;
-    QString baseUrl() const; // "http://127.0.0.1:<port>"
-    QUrl url(const QString& pathAndQuery) const;
-
-    void setFormMode(FormMode mode) { m_formMode = mode; }
-    void setJsonMode(JsonMode mode) { m_jsonMode = mode; }
-    void setDelayMs(int ms) { m_delayMs = ms; } // before every answer
-    FormMode formMode() const { return m_formMode; }
-    JsonMode jsonMode() const { return m_jsonMode; }
-    int delayMs() const { return m_delayMs; }
-    void setFile(const QString& name, const QByteArray& body,
-                 const QByteArray& contentType = QByteArrayLiteral("text/plain"));
-
+    bool listen() { return m_server->listen(QHostAddress::LocalHost, 0); } // on a free port
+    quint16 port() const { return m_server->serverPort(); }
+    QString baseUrl() const { return QStringLiteral("http://127.0.0.1:%1").arg(port()); }
+    void setFormMode(FormMode mode) { m_modes.form = mode; }
+    void setJsonMode(JsonMode mode) { m_modes.json = mode; }
+    void setDelayMs(int ms) { m_modes.delayMs = ms; } // before every answer
+    void setFile(const QString& name, const QByteArray& body, const QByteArray& type = "text/plain")
+    {
+        m_files.insert(name, {type, body});
+    }
+    // Forgets the requests and restores the modes; files stay.
+    void reset()
+    {
+        m_requests.clear();
+        m_modes = {};
+    }
     const QList<Request>& requests() const { return m_requests; }
-    int count(const QByteArray& method, const QString& path) const;
     void clearRequests() { m_requests.clear(); }
-    void reset(); // requests and modes, not files
+    int count(const QByteArray& method, const QString& path) const;
 
-    // What the stand-in answers for `text` into `target`.
     static QString translate(const QString& text, const QString& target);
-    static QString romanize(const QString& translation);
-    // Dictionary entries: part of speech and words.
+    static QString romanize(const QString& translation) { return u'/' + translation.toLower() + u'/'; }
+    // Part of speech and words for each entry.
     static QList<QPair<QString, QStringList>> dictionary(const QString& text, const QString& target);
-
-    static FormMode formModeFromName(const QString& name, bool* ok);
-    static JsonMode jsonModeFromName(const QString& name, bool* ok);
 
 Q_SIGNALS:
     void requestReceived(const quillora::test::StandinService::Request& request);
 
 private:
-    struct Response {
-        int status = 200;
-        QByteArray contentType;
-        QByteArray body;
-    };
-    struct File {
-        QByteArray body;
-        QByteArray contentType;
-    };
-
-    void onNewConnection();
     void onReadyRead(QTcpSocket* socket);
-    Response answer(const Request& request);
-    Response control(const Request& request);
-    Response formAnswer(const Request& request) const;
-    Response jsonAnswer(const Request& request) const;
-    QByteArray requestsJson() const;
-    QByteArray modesJson() const;
-    static void send(QTcpSocket* socket, const Response& response);
+    QByteArray answer(const Request& request) const; // the whole HTTP answer
 
     QTcpServer* m_server;
-    QHash<QTcpSocket*, QByteArray> m_buffers;
     QList<Request> m_requests;
-    QHash<QString, File> m_files;
-    FormMode m_formMode = FormMode::Legacy;
-    JsonMode m_jsonMode = JsonMode::Ok;
-    int m_delayMs = 0;
+    QHash<QString, QPair<QByteArray, QByteArray>> m_files; // type, body
+    struct {
+        FormMode form = FormMode::Legacy;
+        JsonMode json = JsonMode::Ok;
+        int delayMs = 0;
+    } m_modes;
 };
 
 } // namespace quillora::test
