@@ -1,8 +1,12 @@
 #include "TestSupport.h"
 #include "app/LocaleChoice.h"
+#include "net/Connectivity.h"
 #include "net/Http.h"
 #include "standin/StandinService.h"
 
+#include <QSslKey>
+#include <QSslServer>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -65,6 +69,50 @@ private Q_SLOTS:
         const HttpReply slow = client.get(file("cap"));
         QCOMPARE(slow.outcome, HttpReply::TimedOut);
         QVERIFY(slow.body.isEmpty() && !client.busy());
+    }
+
+    void tlsCertificatesAreVerified()
+    {
+        QTemporaryDir dir;
+        const QString key = dir.filePath("key.pem"), cert = dir.filePath("cert.pem");
+        const auto made =
+            test::runCommand("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "1",
+                                         "-subj", "/CN=127.0.0.1", "-addext", "subjectAltName=IP:127.0.0.1",
+                                         "-keyout", key, "-out", cert});
+        QVERIFY2(made.ok(), made.err.constData());
+        const QSslCertificate certificate(test::readFile(cert));
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setLocalCertificate(certificate);
+        tls.setPrivateKey(QSslKey(test::readFile(key), QSsl::Rsa));
+        QSslServer server;
+        server.setSslConfiguration(tls);
+        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+        connect(&server, &QTcpServer::pendingConnectionAvailable, [&server] {
+            QTcpSocket* socket = server.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 6\r\nConnection: close\r\n\r\nsecret");
+                socket->disconnectFromHost();
+            });
+        });
+        const QUrl url(QStringLiteral("https://127.0.0.1:%1/").arg(server.serverPort()));
+        // A certificate nobody vouches for is refused; trusted, the same server answers.
+        QCOMPARE(HttpClient().get(url).outcome, HttpReply::NetworkError);
+        const QSslConfiguration saved = QSslConfiguration::defaultConfiguration();
+        QSslConfiguration trusting = saved;
+        trusting.addCaCertificate(certificate);
+        QSslConfiguration::setDefaultConfiguration(trusting);
+        const HttpReply trusted = HttpClient().get(url);
+        QSslConfiguration::setDefaultConfiguration(saved);
+        QCOMPARE(trusted.body, QByteArray("secret"));
+    }
+
+    void connectivityRule()
+    {
+        using R = QNetworkInformation::Reachability;
+        QVERIFY(connectivityVerdict(R::Online, false) && connectivityVerdict(R::Site, false));
+        QVERIFY(!connectivityVerdict(R::Disconnected, true) && !connectivityVerdict(R::Local, true));
+        QVERIFY(connectivityVerdict(R::Unknown, true) && !connectivityVerdict(R::Unknown, false));
+        QVERIFY(connectivityVerdict(std::nullopt, true) && !connectivityVerdict(std::nullopt, false));
     }
 
     void getUrlText()
