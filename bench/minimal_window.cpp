@@ -1,6 +1,8 @@
 // The yardstick for the program's start-up: a bare Qt window of about the same make-up (four text
 // boxes, six buttons, a 59-item combo box, a menu). With QUILLORA_BENCH_EXIT_WHEN_SHOWN=1 it quits
 // as soon as the window is first exposed, the same hook the program has.
+#include "ui/ExitWhenShown.h"
+
 #include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
@@ -8,25 +10,6 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTimer>
-#include <QWindow>
-
-namespace
-{
-
-class ExitWhenShown : public QObject
-{
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        auto* shown = qobject_cast<QWindow*>(watched);
-        if (event->type() == QEvent::Expose && shown && shown->isExposed())
-            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(0); });
-        return false;
-    }
-};
-
-} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -49,8 +32,8 @@ int main(int argc, char* argv[])
         grid->addWidget(new QPushButton(QStringLiteral("Button %1").arg(i), central), 5, i);
     window.setCentralWidget(central);
     window.resize(735, 561);
-    ExitWhenShown exitWhenShown;
-    if (qEnvironmentVariableIntValue("QUILLORA_BENCH_EXIT_WHEN_SHOWN") == 1)
+    quillora::ExitWhenShown exitWhenShown;
+    if (quillora::ExitWhenShown::wanted())
         app.installEventFilter(&exitWhenShown);
     window.show();
     return app.exec();

@@ -3,13 +3,12 @@
 #include "app/Settings.h"
 #include "app/StartupCommand.h"
 #include "desktop/SysTray.h"
+#include "ui/ExitWhenShown.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QSessionManager>
 #include <QSocketNotifier>
-#include <QTimer>
-#include <QWindow>
 #include <csignal>
 #include <cstdio>
 #include <functional>
@@ -55,23 +54,6 @@ public:
 private:
     std::function<void()> m_onSignal;
     std::unique_ptr<QSocketNotifier> m_notifier;
-};
-
-// Benchmark hook: with QUILLORA_BENCH_EXIT_WHEN_SHOWN=1 the program quits as soon as its window
-// is first exposed on screen, so start-up time and memory can be measured from outside.
-class ExitWhenShown : public QObject
-{
-public:
-    static bool wanted() { return qEnvironmentVariableIntValue("QUILLORA_BENCH_EXIT_WHEN_SHOWN") == 1; }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        auto* shown = qobject_cast<QWindow*>(watched);
-        if (event->type() == QEvent::Expose && shown && shown->isExposed())
-            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(0); });
-        return false;
-    }
 };
 
 } // namespace
