@@ -1,46 +1,28 @@
 #include "TestSupport.h"
 #include "app/StartupCommand.h"
+#include "desktop/AutoStart.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <unistd.h>
 
 using namespace quillora;
 
-namespace
-{
-
-// File permissions do not bind root; act as "nobody" for the duration, the way a user would run.
-class AsUnprivileged
-{
-public:
-    AsUnprivileged() : m_wasRoot(geteuid() == 0)
-    {
-        if (m_wasRoot)
-            m_ok = setegid(65534) == 0 && seteuid(65534) == 0;
-    }
-    ~AsUnprivileged()
-    {
-        if (m_wasRoot) {
-            [[maybe_unused]] const int u = seteuid(0);
-            [[maybe_unused]] const int g = setegid(0);
-        }
-    }
-    bool ok() const { return m_ok; }
-
-private:
-    bool m_wasRoot;
-    bool m_ok = true;
-};
-
-} // namespace
-
+// The command line the program starts with, and the log-on entry that starts it with "mini".
 class StartupCommandTest : public QObject
 {
     Q_OBJECT
+    QTemporaryDir m_dir;
+    QString entryPath() const { return m_dir.filePath("autostart/Zelvan-Quilrun.desktop"); }
+
 private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_dir.path()));
+        QCOMPARE(startupCommand("quillora"), QDir::currentPath() + "/quillora mini");
+    }
+
     void joinsAndRecognises_data()
     {
         QTest::addColumn<QStringList>("args");
@@ -49,89 +31,88 @@ private Q_SLOTS:
         QTest::addColumn<bool>("mini");
         QTest::newRow("nothing") << QStringList() << QString() << false << false;
         QTest::newRow("UP") << QStringList{"UP"} << "UP" << true << false;
+        QTest::newRow("up") << QStringList{"up"} << "up" << false << false;
         QTest::newRow("mini") << QStringList{"mini"} << "mini" << false << true;
-        QTest::newRow("mini trailing blank") << QStringList{"mini "} << "mini " << false << false;
+        QTest::newRow("mini and a blank") << QStringList{"mini "} << "mini " << false << false;
         QTest::newRow("MINI") << QStringList{"MINI"} << "MINI" << false << false;
-        QTest::newRow("up lower") << QStringList{"up"} << "up" << false << false;
-        QTest::newRow("mini with a word") << QStringList{"mini", "x"} << "mini x" << false << false;
-        QTest::newRow("UP with a word") << QStringList{"UP", "mini"} << "UP mini" << false << false;
-        QTest::newRow("empty words kept") << QStringList{"", "mini"} << " mini" << false << false;
-        QTest::newRow("file name") << QStringList{"/tmp/a b.txt"} << "/tmp/a b.txt" << false << false;
+        QTest::newRow("empty word kept") << QStringList{"", "mini"} << " mini" << false << false;
     }
+
     void joinsAndRecognises()
     {
         QFETCH(QStringList, args);
-        QFETCH(QString, line);
-        QFETCH(bool, up);
-        QFETCH(bool, mini);
         const StartupCommand command(args);
-        QCOMPARE(command.line(), line);
-        QCOMPARE(command.keepsUpdater(), up);
-        QCOMPARE(command.startsHidden(), mini);
+        QTEST(command.line(), "line");
+        QTEST(command.keepsUpdater(), "up");
+        QTEST(command.startsHidden(), "mini");
     }
 
-    void updaterPathHasOneSlash()
+    // Whether it goes at all is seen with the real program; here, which file and where.
+    void leftoverUpdater()
     {
-        QCOMPARE(updaterPath("/opt/quillora"), QString("/opt/quillora/Update.exe"));
-        QCOMPARE(updaterPath("/opt/quillora/"), QString("/opt/quillora/Update.exe"));
-        QCOMPARE(updaterPath("/"), QString("/Update.exe"));
+        QCOMPARE(updaterPath("/opt/q/"), "/opt/q/Update.exe");
+        QVERIFY(test::writeFile(m_dir.filePath("Update.exe"), "MZ"));
+        QVERIFY(test::writeFile(m_dir.filePath("update.exe"), "MZ"));
+        QCOMPARE(removeLeftoverUpdater(m_dir.path() + "/", StartupCommand({})), QString());
+        QVERIFY(!QFile::exists(m_dir.filePath("Update.exe")) && QFile::exists(m_dir.filePath("update.exe")));
+        // A folder of that name is not the updater.
+        QVERIFY(QDir(m_dir.path()).mkpath("Update.exe/in"));
+        QCOMPARE(removeLeftoverUpdater(m_dir.path(), StartupCommand({})), QString());
+        QVERIFY(QFile::exists(m_dir.filePath("Update.exe/in")));
     }
 
-    void removesLeftoverUnlessUp()
+    // The written entry is valid and reads back as the same program.
+    void autostartEntry_data()
     {
-        QTemporaryDir dir;
-        const QString path = dir.path() + "/Update.exe";
-        QVERIFY(test::writeFile(path, "MZ updater"));
-
-        QCOMPARE(removeLeftoverUpdater(dir.path(), StartupCommand({"UP"})), QString());
-        QVERIFY(QFile::exists(path));
-
-        QCOMPARE(removeLeftoverUpdater(dir.path() + "/", StartupCommand({"mini"})), QString());
-        QVERIFY(!QFile::exists(path));
-
-        // Nothing there is the ordinary case.
-        QCOMPARE(removeLeftoverUpdater(dir.path(), StartupCommand({})), QString());
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("execLine");
+        QTest::newRow("plain") << "/usr/bin/quillora"
+                               << "Exec=/usr/bin/quillora mini";
+        QTest::newRow("blanks") << "/opt/My Apps/quillora"
+                                << "Exec=\"/opt/My Apps/quillora\" mini";
+        QTest::newRow("double quote") << "/opt/a\"b/q"
+                                      << "Exec=\"/opt/a\\\\\"b/q\" mini";
+        QTest::newRow("dollar, backtick") << "/opt/$H`x`/q"
+                                          << "Exec=\"/opt/\\\\$H\\\\`x\\\\`/q\" mini";
+        QTest::newRow("backslash") << "/opt/a\\b/q"
+                                   << "Exec=\"/opt/a\\\\\\\\b/q\" mini";
+        QTest::newRow("percent") << "/opt/100%/q"
+                                 << "Exec=/opt/100%%/q mini";
     }
 
-    void leavesOtherNamesAndFolders()
+    void autostartEntry()
     {
-        QTemporaryDir dir;
-        QVERIFY(test::writeFile(dir.path() + "/update.exe", "x"));
-        QVERIFY(QDir(dir.path()).mkpath("Update.exe/inner"));
-        QCOMPARE(removeLeftoverUpdater(dir.path(), StartupCommand({})), QString());
-        QVERIFY(QFile::exists(dir.path() + "/update.exe"));
-        QVERIFY(QFileInfo(dir.path() + "/Update.exe/inner").isDir());
+        QFETCH(QString, path);
+        QVERIFY(SetAutoRun(true, path));
+        QCOMPARE(autostartFilePath(), entryPath());
+        const QStringList lines = QString::fromUtf8(test::readFile(entryPath())).split('\n');
+        QCOMPARE(lines.value(0), "[Desktop Entry]");
+        QVERIFY(lines.contains("Type=Application"));
+        QTEST(lines.filter("Exec").join('|'), "execLine");
+        QVERIFY(isAutoRunRegistered(path));
+        const test::CommandResult valid = test::runCommand("desktop-file-validate", {entryPath()});
+        QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
+        QVERIFY(SetAutoRun(false, path));
+        QVERIFY(SetAutoRun(false, path));
+        QVERIFY(!QFile::exists(entryPath()));
     }
 
-    void removesDanglingLink()
+    void autostartComparesExactly_data()
     {
-        QTemporaryDir dir;
-        const QString path = dir.path() + "/Update.exe";
-        QVERIFY(QFile::link(dir.path() + "/gone", path));
-        QCOMPARE(removeLeftoverUpdater(dir.path(), StartupCommand({})), QString());
-        QVERIFY(!QFileInfo(path).isSymLink());
+        QTest::addColumn<QByteArray>("exec");
+        QTest::addColumn<bool>("registered");
+        QTest::newRow("same") << QByteArray("Exec=/opt/Q/quillora mini") << true;
+        QTest::newRow("reader's spelling") << QByteArray("Exec = /opt/Q/quillora\\smini") << true;
+        QTest::newRow("case of the path") << QByteArray("Exec=/opt/q/quillora mini") << false;
+        QTest::newRow("case of the word") << QByteArray("Exec=/opt/Q/quillora MINI") << false;
+        QTest::newRow("moved program") << QByteArray("Exec=/usr/bin/quillora mini") << false;
     }
 
-    void readOnlyFolderGivesReason()
+    void autostartComparesExactly()
     {
-        QTemporaryDir dir;
-        const QString folder = dir.path() + "/prog";
-        const QString path = folder + "/Update.exe";
-        QVERIFY(test::writeFile(path, "MZ"));
-        QVERIFY(QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                                      QFile::ReadOther | QFile::ExeOther));
-        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther |
-                                                  QFile::ExeOther));
-        QString reason;
-        {
-            AsUnprivileged guard;
-            QVERIFY(guard.ok());
-            reason = removeLeftoverUpdater(folder, StartupCommand({}));
-        }
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY(QFile::exists(path));
-        QVERIFY2(reason.contains(path), qPrintable(reason));
-        QVERIFY2(reason.contains("ermission"), qPrintable(reason));
+        QFETCH(QByteArray, exec);
+        QVERIFY(test::writeFile(entryPath(), "[Desktop Entry]\n" + exec + '\n'));
+        QTEST(isAutoRunRegistered("/opt/Q/quillora"), "registered");
     }
 };
 

@@ -1,11 +1,10 @@
-#include "DesktopProbe.h"
 #include "TestSupport.h"
-#include "standin/StandinService.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QStyleHints>
 #include <QTemporaryDir>
 #include <QTest>
@@ -14,182 +13,214 @@
 
 using namespace quillora::test;
 
-// The real program under a real XEmbed tray, with no window manager: a window is shown exactly
-// when the program maps it.
+namespace
+{
+
+// The X server as another client sees it.
+QString run(const QString& program, const QStringList& args)
+{
+    return QString::fromUtf8(runCommand(program, args, {}, 5000).out);
+}
+
+QString xwininfo(quint32 window, const QString& option = "-stats")
+{
+    return run("xwininfo", {option, "-id", QString::number(window)});
+}
+
+// Whether an xwininfo or xprop listing names the window.
+bool lists(const QString& listing, quint32 window)
+{
+    return listing.contains(QRegularExpression(QString("0x%1\\b").arg(window, 0, 16)));
+}
+
+QList<quint32> windowsOf(const QProcess& program, const QString& filter = "--all")
+{
+    QList<quint32> ids;
+    for (const QString& line :
+         run("xdotool", {"search", filter, "--pid", QString::number(program.processId())})
+             .split('\n', Qt::SkipEmptyParts))
+        ids << line.toUInt();
+    return ids;
+}
+
+// The big one; the icon and Qt's helper windows are small.
+quint32 mainWindow(const QProcess& program)
+{
+    static const QRegularExpression width("Width: (\\d+)");
+    for (const quint32 w : windowsOf(program)) {
+        if (width.match(xwininfo(w)).captured(1).toInt() >= 400)
+            return w;
+    }
+    return 0;
+}
+
+bool shown(const QProcess& program)
+{
+    const quint32 w = mainWindow(program);
+    return w && xwininfo(w).contains("IsViewable");
+}
+
+// Managed by the window manager, so in its task list.
+bool reachable(quint32 window)
+{
+    return lists(run("xprop", {"-root", "_NET_CLIENT_LIST"}), window);
+}
+
+// The program's window embedded in the tray, 0 when there is none.
+quint32 iconOf(const QProcess& program)
+{
+    const QString panel = run("xdotool", {"search", "--classname", "^panel$"}).section('\n', 0, 0);
+    for (const quint32 w : windowsOf(program, "--onlyvisible")) {
+        if (lists(run("xwininfo", {"-tree", "-id", panel}), w))
+            return w;
+    }
+    return 0;
+}
+
+// Two clicks closer than the double-click time would make a double click, which toggles nothing.
+bool click(quint32 window)
+{
+    QTest::qWait(2 * QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    return runCommand("xdotool", {"mousemove", "--window", QString::number(window), "8", "8", "click", "1"})
+        .ok();
+}
+
+template <typename Condition> bool eventually(Condition condition)
+{
+    return QTest::qWaitFor(condition, 10000);
+}
+
+bool endsCleanlyOn(QProcess& program, int signal)
+{
+    ::kill(pid_t(program.processId()), signal);
+    return program.waitForFinished(10000) && program.exitStatus() == QProcess::NormalExit &&
+           program.exitCode() == 0;
+}
+
+bool copyProgramTo(const QString& folder)
+{
+    return QFile::copy(qEnvironmentVariable("QUILLORA_BUILD_DIR") + "/src/quillora", folder + "/quillora");
+}
+
+} // namespace
+
+// The real program, run from a copy of its own, under a real XEmbed tray. Without a window manager a
+// window shows exactly when the program maps it; the last cases add one for the task list.
 class TrayTest : public QObject
 {
     Q_OBJECT
-    StandinService m_standin;
-    Trayer m_tray;
+    QTemporaryDir m_dir;
+    QProcess m_tray;
 
-    void startAndWaitForIcon(QuilloraProcess& q, const QStringList& args, quint32* icon = nullptr)
+    bool trayUp()
     {
-        quint32 found = 0;
-        q.setServiceUrl(m_standin.baseUrl());
-        QVERIFY(q.start(args));
-        QVERIFY(eventually([&] { return (found = q.iconIn(m_tray.panel())) != 0; }));
-        QVERIFY(eventually([&] { return !q.balloons().isEmpty(); }));
-        if (icon)
-            *icon = found;
+        if (m_tray.state() == QProcess::NotRunning)
+            m_tray.start("trayer",
+                         {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"});
+        return eventually([] { return !run("xdotool", {"search", "--classname", "^panel$"}).isEmpty(); });
     }
-
-    // Two clicks closer than the double-click time make a double click, which is no toggle.
-    bool clickApart(quint32 window)
+    bool start(QProcess& program, const QStringList& args, bool waitForIcon = true)
     {
-        const int apart = 2 * QGuiApplication::styleHints()->mouseDoubleClickInterval();
-        if (m_lastClick.isValid() && m_lastClick.elapsed() < apart)
-            QTest::qWait(int(apart - m_lastClick.elapsed()));
-        m_lastClick.start();
-        return xwin::click(window);
-    }
-    QElapsedTimer m_lastClick;
-
-    // A copy of the program in a folder of its own, for the leftover-updater rules.
-    static bool copyProgramTo(const QString& folder)
-    {
-        const QString copy = folder + "/quillora";
-        return QFile::copy(QuilloraProcess::defaultProgram(), copy) &&
-               QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                               QFile::ReadOther | QFile::ExeOther);
+        program.start(m_dir.filePath("quillora"), args);
+        return !waitForIcon || eventually([&] { return iconOf(program) != 0; });
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(m_standin.listen());
-        QVERIFY(m_tray.start());
+        // Nothing leaves the machine.
+        for (const char* name : {"QUILLORA_SERVICE_URL", "QUILLORA_API_URL", "QUILLORA_SITE_URL"})
+            qputenv(name, "http://127.0.0.1:9");
+        QVERIFY(copyProgramTo(m_dir.path()));
+        QVERIFY(trayUp());
     }
 
-    void ordinaryStartShowsWindow_data()
+    void cleanupTestCase() { m_tray.kill(); }
+
+    void startArguments_data()
     {
         QTest::addColumn<QStringList>("args");
-        QTest::newRow("nothing") << QStringList();
-        QTest::newRow("mini with a blank") << QStringList{"mini "};
-        QTest::newRow("MINI") << QStringList{"MINI"};
-        QTest::newRow("mini with a word") << QStringList{"mini", "x"};
+        QTest::addColumn<bool>("visible");
+        QTest::addColumn<bool>("updaterKept");
+        QTest::newRow("nothing") << QStringList() << true << false;
+        QTest::newRow("mini") << QStringList{"mini"} << false << false;
+        QTest::newRow("mini with a blank") << QStringList{"mini "} << true << false;
+        QTest::newRow("UP") << QStringList{"UP"} << true << true;
     }
-    void ordinaryStartShowsWindow()
+
+    void startArguments()
     {
         QFETCH(QStringList, args);
-        QuilloraProcess q;
-        startAndWaitForIcon(q, args);
-        if (QTest::currentTestFailed())
-            return;
-        QVERIFY(eventually([&] { return q.mainViewable(); }));
-        QVERIFY(q.stopWith(SIGTERM));
+        QFETCH(bool, visible);
+        QFETCH(bool, updaterKept);
+        QVERIFY(writeFile(m_dir.filePath("Update.exe"), "MZ updater"));
+        QProcess program;
+        QVERIFY(start(program, args));
+        QVERIFY(visible ? eventually([&] { return shown(program); }) : !shown(program));
+        QCOMPARE(QFile::remove(m_dir.filePath("Update.exe")), updaterKept);
+        QVERIFY(endsCleanlyOn(program, SIGTERM));
     }
 
-    void miniHidesInTrayAndClickToggles()
+    void iconClickToggles()
     {
-        QuilloraProcess q;
-        quint32 icon = 0;
-        startAndWaitForIcon(q, {"mini"}, &icon);
-        if (QTest::currentTestFailed())
-            return;
-        QVERIFY(!q.mainViewable());
-
-        QSet<quint32> seen = q.balloons();
-        QVERIFY(clickApart(icon));
-        QVERIFY(eventually([&] { return q.mainViewable(); }));
-
-        seen += q.balloons();
-        QVERIFY(clickApart(icon));
-        QVERIFY(eventually([&] { return !q.mainViewable(); }));
-        // Every trip into the tray greets again.
-        QVERIFY(eventually([&] { return !(q.balloons() - seen).isEmpty(); }));
-        QVERIFY(q.running());
-        QVERIFY(q.stopWith(SIGTERM));
+        QProcess program;
+        QVERIFY(start(program, {"mini"}));
+        const quint32 icon = iconOf(program);
+        QVERIFY(click(icon));
+        QVERIFY(eventually([&] { return shown(program); }));
+        QVERIFY(click(icon));
+        QVERIFY(eventually([&] { return !shown(program); }));
+        QVERIFY(endsCleanlyOn(program, SIGHUP));
     }
 
-    void trayRestartBringsIconAndBalloonBack()
+    void withoutTrayTheWindowStaysReachable()
     {
-        QuilloraProcess q;
-        startAndWaitForIcon(q, {});
-        if (QTest::currentTestFailed())
-            return;
-        const QSet<quint32> seen = q.balloons();
+        QProcess wm;
+        wm.start("openbox", {"--sm-disable"});
+        QVERIFY(eventually([] {
+            return run("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains("window id");
+        }));
+        m_tray.kill();
+        QVERIFY(m_tray.waitForFinished());
+        QProcess mini;
+        QVERIFY(start(mini, {"mini"}, false));
+        QVERIFY(eventually([&] {
+            return reachable(mainWindow(mini)) &&
+                   run("xprop", {"-id", QString::number(mainWindow(mini)), "WM_STATE"}).contains("Iconic");
+        }));
+        QVERIFY(endsCleanlyOn(mini, SIGTERM));
 
-        m_tray.stop();
-        QVERIFY(eventually([&] { return m_tray.panel() == 0u; }));
-        QVERIFY(m_tray.start());
-        QVERIFY(eventually([&] { return q.iconIn(m_tray.panel()) != 0; }));
-        QVERIFY(eventually([&] { return !(q.balloons() - seen).isEmpty(); }));
-        QVERIFY(q.mainViewable());
-        QVERIFY(q.stopWith(SIGTERM));
-    }
-
-    void signalsEndCleanly_data()
-    {
-        QTest::addColumn<int>("signal");
-        QTest::addColumn<QStringList>("args");
-        QTest::newRow("TERM shown") << int(SIGTERM) << QStringList();
-        QTest::newRow("TERM hidden") << int(SIGTERM) << QStringList{"mini"};
-        QTest::newRow("INT") << int(SIGINT) << QStringList();
-        QTest::newRow("HUP hidden") << int(SIGHUP) << QStringList{"mini"};
-    }
-    void signalsEndCleanly()
-    {
-        QFETCH(int, signal);
-        QFETCH(QStringList, args);
-        QuilloraProcess q;
-        startAndWaitForIcon(q, args);
-        if (QTest::currentTestFailed())
-            return;
-        QVERIFY(q.stopWith(signal, 5000));
-    }
-
-    void leftoverUpdater_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<bool>("survives");
-        QTest::newRow("ordinary start") << QStringList() << false;
-        QTest::newRow("UP") << QStringList{"UP"} << true;
-        QTest::newRow("mini") << QStringList{"mini"} << false;
-    }
-    void leftoverUpdater()
-    {
-        QFETCH(QStringList, args);
-        QFETCH(bool, survives);
-        QTemporaryDir dir;
-        QVERIFY(copyProgramTo(dir.path()));
-        const QString updater = dir.path() + "/Update.exe";
-        QVERIFY(writeFile(updater, "MZ updater"));
-
-        QuilloraProcess q(dir.path() + "/quillora");
-        startAndWaitForIcon(q, args);
-        if (QTest::currentTestFailed())
-            return;
-        QCOMPARE(QFile::exists(updater), survives);
-        QVERIFY(q.stopWith(SIGTERM));
+        // Hidden in a tray that goes away, then comes back.
+        QVERIFY(trayUp());
+        QProcess hidden;
+        QVERIFY(start(hidden, {"mini"}));
+        m_tray.kill();
+        QVERIFY(m_tray.waitForFinished());
+        QVERIFY(eventually([&] { return reachable(mainWindow(hidden)); }));
+        QVERIFY(trayUp());
+        QVERIFY(eventually([&] { return iconOf(hidden) != 0; }));
+        QVERIFY(endsCleanlyOn(hidden, SIGTERM));
     }
 
     void undeletableUpdaterEndsStart()
     {
         QTemporaryDir dir;
         const QString folder = dir.path() + "/prog";
-        QVERIFY(QDir().mkpath(folder));
-        QVERIFY(copyProgramTo(folder));
-        QVERIFY(writeFile(folder + "/Update.exe", "MZ updater"));
+        QVERIFY(QDir().mkpath(folder) && copyProgramTo(folder) && writeFile(folder + "/Update.exe", "MZ"));
         const auto open =
             QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
-        QVERIFY(QFile::setPermissions(dir.path(), open));
-        QVERIFY(QFile::setPermissions(folder, open & ~QFile::WriteOwner));
-
+        QVERIFY(QFile::setPermissions(dir.path(), open) &&
+                QFile::setPermissions(folder, open & ~QFile::WriteOwner));
         // Folder permissions bind everyone but root; run it as an ordinary user would.
-        QStringList wrapper;
-        if (geteuid() == 0)
-            wrapper = QStringList{"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
-        QuilloraProcess q(folder + "/quillora");
-        q.setServiceUrl(m_standin.baseUrl());
-        QVERIFY(q.start({}, wrapper));
-        QVERIFY(q.process().waitForFinished(10000));
-        const QString err = QString::fromUtf8(q.process().readAllStandardError());
-        QCOMPARE(q.process().exitStatus(), QProcess::NormalExit);
-        QVERIFY(q.process().exitCode() != 0);
-        QVERIFY2(err.contains(folder + "/Update.exe"), qPrintable(err));
-        QVERIFY(QFile::exists(folder + "/Update.exe"));
-        QVERIFY(m_standin.requests().isEmpty());
+        QProcess program;
+        const QStringList asUser{"--reuid=65534", "--regid=65534", "--clear-groups", folder + "/quillora"};
+        program.start(geteuid() == 0 ? "setpriv" : asUser.last(), geteuid() == 0 ? asUser : QStringList());
+        QVERIFY(program.waitForFinished(10000));
+        const QString err = QString::fromUtf8(program.readAllStandardError());
         QFile::setPermissions(folder, open);
+        QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() != 0, qPrintable(err));
+        QVERIFY2(err.contains(folder + "/Update.exe") && err.contains("ermission"), qPrintable(err));
+        QVERIFY(QFile::exists(folder + "/Update.exe"));
     }
 };
 

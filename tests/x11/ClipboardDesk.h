@@ -4,8 +4,8 @@
 #include "app/Settings.h"
 #include "net/Connectivity.h"
 #include "standin/StandinService.h"
+#include "translate/TranslationEngine.h"
 
-#include <QList>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <memory>
@@ -13,8 +13,8 @@
 namespace quillora::test
 {
 
-// A real main window watching the X clipboard with translation target French, translating through
-// an in-process stand-in service.
+// A real main window watching the X clipboard with target French, translating through an
+// in-process stand-in service.
 class ClipboardDesk
 {
 public:
@@ -24,17 +24,12 @@ public:
         int serviceDelayMs = 0;
     };
     explicit ClipboardDesk(const Setup& setup);
-    ~ClipboardDesk();
 
     FormMian& window() { return *m_window; }
     StandinService& service() { return m_service; }
-    QString programPath() const { return m_dir.filePath(QStringLiteral("bin/quillora")); }
-
-    // Translation requests the service has seen, and the text of the last one.
-    int translationRequests() const;
+    QString programPath() const { return m_dir.filePath("bin/quillora"); }
+    int translationRequests() const { return m_service.count("POST", "/"); }
     QString lastRequestText() const;
-
-    QList<NoticeRequest> notices;
 
 private:
     QTemporaryDir m_dir;
@@ -45,26 +40,18 @@ private:
     std::unique_ptr<FormMian> m_window;
 };
 
-// xclip standing in for other programs. Each copy keeps serving the clipboard until another owner
-// takes it over; whatever still runs is ended by its PID.
+// xclip standing in for other programs; each copy serves the clipboard until it is ended.
 class Xclip
 {
 public:
-    Xclip() = default;
-    Xclip(const Xclip&) = delete;
-    Xclip& operator=(const Xclip&) = delete;
     ~Xclip() { endAll(); }
-
-    // Starts `xclip -selection clipboard` with `data` as the selection of `type` (default text).
-    QProcess* copy(const QByteArray& data, const QString& type = {});
+    void copy(const QByteArray& data, const QString& type = "UTF8_STRING");
     void endAll();
-
-    // What another program reads from the clipboard now; the event loop keeps running meanwhile,
-    // so this program can answer when it owns the clipboard.
-    static QString read(int timeoutMs = 5000);
+    // What another program reads now; the event loop runs meanwhile so this program can answer.
+    static QString read();
 
 private:
-    QList<QProcess*> m_running;
+    std::vector<std::unique_ptr<QProcess>> m_running;
 };
 
 } // namespace quillora::test

@@ -1,0 +1,321 @@
+#include "TestSupport.h"
+#include "app/StringTable.h"
+#include "desktop/AutoStart.h"
+#include "desktop/ModHotKey.h"
+#include "desktop/PortalHotKey.h"
+#include "x11/ClipboardDesk.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <X11/keysym.h>
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+using namespace quillora;
+using test::ClipboardDesk;
+using test::Xclip;
+
+namespace
+{
+
+QString french(const QString& text)
+{
+    return test::StandinService::translate(text, "fr");
+}
+
+bool pressKey(const QString& key)
+{
+    return test::runCommand("xdotool", {"key", key}).ok();
+}
+
+// A second X client grabbing F11 the way another program would; the X error code, 0 when granted.
+int grabF11(xcb_connection_t* c, uint16_t modifiers)
+{
+    xcb_key_symbols_t* symbols = xcb_key_symbols_alloc(c);
+    xcb_keycode_t* codes = xcb_key_symbols_get_keycode(symbols, XK_F11);
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
+    xcb_generic_error_t* error = xcb_request_check(
+        c, xcb_grab_key_checked(c, 0, root, modifiers, codes[0], XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    const int code = error ? error->error_code : 0;
+    free(error);
+    free(codes);
+    xcb_key_symbols_free(symbols);
+    return code;
+}
+
+using OtherClient = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+
+// Plain, CapsLock, NumLock (where Xvfb's default map puts it), both.
+const uint16_t kLockVariants[] = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_2 | XCB_MOD_MASK_LOCK};
+
+// A stand-in for the desktop portal's GlobalShortcuts on a second connection to the session bus: it
+// answers through Request objects, records what it was asked and emits Activated.
+class PortalStandin : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.GlobalShortcuts")
+public:
+    PortalStandin() : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, "portal"))
+    {
+        registerPortalShortcutTypes();
+        m_bus.registerObject(kPortalPath, this, QDBusConnection::ExportAllSlots);
+        m_bus.registerService(kPortalService);
+    }
+    ~PortalStandin() override { QDBusConnection::disconnectFromBus("portal"); }
+    void emitActivated(const QString& session, const QString& id)
+    {
+        QDBusMessage signal = QDBusMessage::createSignal(kPortalPath, kGlobalShortcutsInterface, "Activated");
+        signal << QVariant::fromValue(QDBusObjectPath(session)) << id << qulonglong(1) << QVariantMap();
+        m_bus.send(signal);
+    }
+
+    QStringList sessions;
+    QString boundSession;
+    QList<PortalShortcut> bound;
+
+public Q_SLOTS:
+    QDBusObjectPath CreateSession(const QVariantMap& options)
+    {
+        sessions << objectPath("session", options.value("session_handle_token"));
+        return respond(options, {{"session_handle", sessions.last()}});
+    }
+    QDBusObjectPath BindShortcuts(const QDBusObjectPath& session,
+                                  const QList<quillora::PortalShortcut>& shortcuts, const QString&,
+                                  const QVariantMap& options)
+    {
+        boundSession = session.path();
+        bound = shortcuts;
+        return respond(options, {});
+    }
+
+private:
+    QString objectPath(const QString& kind, const QVariant& token) const
+    {
+        return kPortalPath + '/' + kind + '/' + message().service().mid(1).replace('.', '_') + '/' +
+               token.toString();
+    }
+    // Granted, 10 ms later.
+    QDBusObjectPath respond(const QVariantMap& options, const QVariantMap& results)
+    {
+        const QString request = objectPath("request", options.value("handle_token"));
+        QTimer::singleShot(10, this, [this, request, results] {
+            QDBusMessage signal =
+                QDBusMessage::createSignal(request, "org.freedesktop.portal.Request", "Response");
+            m_bus.send(signal << 0u << results);
+        });
+        return QDBusObjectPath(request);
+    }
+
+    QDBusConnection m_bus;
+};
+
+} // namespace
+
+// The real main window against xclip, xdotool, another X client and a stand-in portal, under a window
+// manager.
+class DesktopX11Test : public QObject
+{
+    Q_OBJECT
+    Xclip m_xclip;
+
+private Q_SLOTS:
+    void init()
+    {
+        // Nothing from the last case may be taken at load.
+        QGuiApplication::clipboard()->clear();
+        QTRY_VERIFY(Xclip::read().isEmpty());
+    }
+
+    void cleanup() { m_xclip.endAll(); }
+
+    void copyIsTranslatedOnce()
+    {
+        ClipboardDesk desk({});
+        m_xclip.copy("hello world");
+        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello world"));
+        QCOMPARE(desk.window().sourceBox()->toPlainText(), "hello world");
+        QVERIFY(!desk.window().phoneticBox()->toPlainText().isEmpty());
+        QTest::qWait(800);
+        QCOMPARE(desk.translationRequests(), 1);
+    }
+
+    void autoCopyDoesNotFeedBack()
+    {
+        ClipboardDesk desk({/*autoCopy*/ true});
+        m_xclip.copy("hello");
+        QTRY_COMPARE(Xclip::read(), french("hello"));
+        QTest::qWait(1500);
+        QCOMPARE(desk.translationRequests(), 1);
+        // Another program copying the very same text is a new copy.
+        m_xclip.copy(french("hello").toUtf8());
+        QTRY_COMPARE(Xclip::read(), french(french("hello")));
+        QTest::qWait(1500);
+        QCOMPARE(desk.translationRequests(), 2);
+        QCOMPARE(desk.lastRequestText(), french("hello"));
+    }
+
+    void textAlreadyThereIsTakenAtLoad()
+    {
+        m_xclip.copy("good morning");
+        QTRY_COMPARE(Xclip::read(), "good morning");
+        ClipboardDesk desk({});
+        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("good morning"));
+        QTest::qWait(500);
+        QCOMPARE(desk.translationRequests(), 1);
+    }
+
+    void pictureSendsNothing()
+    {
+        ClipboardDesk desk({});
+        QSignalSpy changed(QGuiApplication::clipboard(), &QClipboard::dataChanged);
+        m_xclip.copy("\x89PNG\r\n\x1a\n", "image/png");
+        QTRY_VERIFY(!changed.isEmpty());
+        QTest::qWait(800);
+        QCOMPARE(desk.translationRequests(), 0);
+        m_xclip.copy("hello");
+        QTRY_COMPARE(desk.translationRequests(), 1);
+    }
+
+    void copiesDuringASlowTranslation()
+    {
+        ClipboardDesk desk({false, false, /*serviceDelayMs*/ 1500});
+        // The translation waits in the window's own event loop: a timer in it makes the ten copies,
+        // started by the first request.
+        QTimer series;
+        int started = 0;
+        int startedBeforeSecondRequest = -1;
+        connect(&series, &QTimer::timeout, this, [&] {
+            m_xclip.copy(QString("copy %1").arg(started++).toUtf8());
+            if (started == 10)
+                series.stop();
+        });
+        connect(&desk.service(), &test::StandinService::requestReceived, this, [&] {
+            if (desk.translationRequests() == 1)
+                series.start(60);
+            else if (startedBeforeSecondRequest < 0)
+                startedBeforeSecondRequest = started;
+        });
+        m_xclip.copy("first");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.translationRequests(), 2, 15000);
+        QCOMPARE(startedBeforeSecondRequest, 10);
+        QCOMPARE(desk.lastRequestText(), "copy 9");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
+        QTest::qWait(2000);
+        QCOMPARE(desk.translationRequests(), 2);
+    }
+
+    void f11TogglesWhateverTheLocks()
+    {
+        {
+            ClipboardDesk desk({false, /*hotKey*/ true});
+            FormMian& window = desk.window();
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QVERIFY(window.statusMessage().isEmpty());
+            for (const QString lock : {"", "Num_Lock", "Caps_Lock"}) {
+                const bool wasShown = window.isVisible() && !window.isMinimized();
+                QVERIFY(lock.isEmpty() || pressKey(lock));
+                QVERIFY(pressKey("F11"));
+                QTRY_COMPARE(window.isVisible() && !window.isMinimized(), !wasShown);
+                QVERIFY(lock.isEmpty() || pressKey(lock));
+            }
+        }
+        // The closed window gave every variant back.
+        const OtherClient other(xcb_connect(nullptr, nullptr), xcb_disconnect);
+        for (const uint16_t modifiers : kLockVariants)
+            QCOMPARE(grabF11(other.get(), modifiers), 0);
+    }
+
+    void f11HeldByAnotherClient()
+    {
+        const OtherClient other(xcb_connect(nullptr, nullptr), xcb_disconnect);
+        QCOMPARE(grabF11(other.get(), 0), 0);
+        {
+            auto key = GlobalHotKey::create();
+            QSignalSpy taken(key.get(), &GlobalHotKey::keyTaken);
+            QSignalSpy unavailable(key.get(), &GlobalHotKey::unavailable);
+            key->registerKey();
+            key->registerKey();
+            QCOMPARE(taken.size(), 1);
+            QCOMPARE(unavailable.size(), 1);
+            // The variants it did get are given back at once.
+            for (const uint16_t modifiers : kLockVariants)
+                QCOMPARE(grabF11(other.get(), modifiers), 0);
+        }
+        ClipboardDesk desk({false, /*hotKey*/ true});
+        QCOMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyTaken));
+        m_xclip.copy("hello");
+        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello"));
+    }
+
+    void portalBindsF11AndActivates()
+    {
+        PortalStandin portal;
+        qputenv("QUILLORA_HOTKEY", "portal");
+        const auto key = GlobalHotKey::create();
+        qunsetenv("QUILLORA_HOTKEY");
+        QSignalSpy activated(key.get(), &GlobalHotKey::activated);
+        key->registerKey();
+        QTRY_COMPARE(portal.bound.size(), 1);
+        QCOMPARE(portal.boundSession, portal.sessions.value(0));
+        QCOMPARE(portal.bound[0].id, kToggleShortcutId);
+        QCOMPARE(portal.bound[0].properties.value("preferred_trigger").toString(), "F11");
+        key->registerKey();
+        portal.emitActivated(portal.boundSession, "something-else");
+        portal.emitActivated(portal.boundSession + 'x', kToggleShortcutId);
+        portal.emitActivated(portal.boundSession, kToggleShortcutId);
+        QTRY_COMPARE(activated.size(), 1);
+        key->releaseKey();
+        portal.emitActivated(portal.boundSession, kToggleShortcutId);
+        QTest::qWait(200);
+        QCOMPARE(activated.size(), 1);
+        QCOMPARE(portal.sessions.size(), 1);
+    }
+
+    void noPortalIsReportedOnce()
+    {
+        PortalHotKey key(QDBusConnection::sessionBus());
+        QSignalSpy unavailable(&key, &GlobalHotKey::unavailable);
+        key.registerKey();
+        QTRY_COMPARE(unavailable.size(), 1);
+        QVERIFY2(unavailable[0][0].toString().contains("CreateSession"),
+                 qPrintable(unavailable[0][0].toString()));
+        key.releaseKey();
+        key.registerKey();
+        QTest::qWait(200);
+        QCOMPARE(unavailable.size(), 1);
+    }
+
+    void autoRunMenuItem()
+    {
+        ClipboardDesk desk({});
+        QAction* item = desk.window().action("menuS0");
+        QVERIFY(item && !item->isChecked());
+        item->trigger();
+        QVERIFY(item->isChecked());
+        QVERIFY(QString::fromUtf8(test::readFile(autostartFilePath()))
+                    .contains("\nExec=" + startupCommand(desk.programPath()) + '\n'));
+        const test::CommandResult valid = test::runCommand("desktop-file-validate", {autostartFilePath()});
+        QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
+        item->trigger();
+        QVERIFY(!item->isChecked());
+        QVERIFY(!QFile::exists(autostartFilePath()));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    DesktopX11Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_desktop_x11.moc"
