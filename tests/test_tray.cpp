@@ -16,73 +16,64 @@ using namespace quillora::test;
 namespace
 {
 
-// The X server as another client sees it.
+// The X server as another client sees it; windows by their decimal ids.
 QString run(const QString& program, const QStringList& args)
 {
     return QString::fromUtf8(runCommand(program, args, {}, 5000).out);
 }
 
-QString xwininfo(quint32 window, const QString& option = "-stats")
+// Whether an xwininfo or xprop listing, in hexadecimal, names the window.
+bool lists(const QString& listing, const QString& window)
 {
-    return run("xwininfo", {option, "-id", QString::number(window)});
+    return !window.isEmpty() &&
+           listing.contains(QRegularExpression(QString("0x%1\\b").arg(window.toUInt(), 0, 16)));
 }
 
-// Whether an xwininfo or xprop listing names the window.
-bool lists(const QString& listing, quint32 window)
+QStringList windowsOf(const QProcess& program, const QString& filter = "--all")
 {
-    return listing.contains(QRegularExpression(QString("0x%1\\b").arg(window, 0, 16)));
+    return run("xdotool", {"search", filter, "--pid", QString::number(program.processId())})
+        .split('\n', Qt::SkipEmptyParts);
 }
 
-QList<quint32> windowsOf(const QProcess& program, const QString& filter = "--all")
+// The one at least 400 pixels wide; the icon, the balloon and Qt's helper windows are smaller.
+QString mainWindow(const QProcess& program)
 {
-    QList<quint32> ids;
-    for (const QString& line :
-         run("xdotool", {"search", filter, "--pid", QString::number(program.processId())})
-             .split('\n', Qt::SkipEmptyParts))
-        ids << line.toUInt();
-    return ids;
-}
-
-// The big one; the icon and Qt's helper windows are small.
-quint32 mainWindow(const QProcess& program)
-{
-    static const QRegularExpression width("Width: (\\d+)");
-    for (const quint32 w : windowsOf(program)) {
-        if (width.match(xwininfo(w)).captured(1).toInt() >= 400)
+    static const QRegularExpression wide("Width: ([4-9]\\d\\d|\\d{4,})\\n");
+    for (const QString& w : windowsOf(program)) {
+        if (run("xwininfo", {"-id", w}).contains(wide))
             return w;
     }
-    return 0;
+    return {};
 }
 
 bool shown(const QProcess& program)
 {
-    const quint32 w = mainWindow(program);
-    return w && xwininfo(w).contains("IsViewable");
+    const QString w = mainWindow(program);
+    return !w.isEmpty() && run("xwininfo", {"-id", w}).contains("IsViewable");
 }
 
 // Managed by the window manager, so in its task list.
-bool reachable(quint32 window)
+bool reachable(const QString& window)
 {
     return lists(run("xprop", {"-root", "_NET_CLIENT_LIST"}), window);
 }
 
-// The program's window embedded in the tray, 0 when there is none.
-quint32 iconOf(const QProcess& program)
+// The program's window embedded in the tray, empty when there is none.
+QString iconOf(const QProcess& program)
 {
     const QString panel = run("xdotool", {"search", "--classname", "^panel$"}).section('\n', 0, 0);
-    for (const quint32 w : windowsOf(program, "--onlyvisible")) {
+    for (const QString& w : windowsOf(program, "--onlyvisible")) {
         if (lists(run("xwininfo", {"-tree", "-id", panel}), w))
             return w;
     }
-    return 0;
+    return {};
 }
 
 // Two clicks closer than the double-click time would make a double click, which toggles nothing.
-bool click(quint32 window)
+bool click(const QString& window)
 {
     QTest::qWait(2 * QGuiApplication::styleHints()->mouseDoubleClickInterval());
-    return runCommand("xdotool", {"mousemove", "--window", QString::number(window), "8", "8", "click", "1"})
-        .ok();
+    return runCommand("xdotool", {"mousemove", "--window", window, "8", "8", "click", "1"}).ok();
 }
 
 template <typename Condition> bool eventually(Condition condition)
@@ -122,7 +113,7 @@ class TrayTest : public QObject
     bool start(QProcess& program, const QStringList& args, bool waitForIcon = true)
     {
         program.start(m_dir.filePath("quillora"), args);
-        return !waitForIcon || eventually([&] { return iconOf(program) != 0; });
+        return !waitForIcon || eventually([&] { return !iconOf(program).isEmpty(); });
     }
 
 private Q_SLOTS:
@@ -134,8 +125,6 @@ private Q_SLOTS:
         QVERIFY(copyProgramTo(m_dir.path()));
         QVERIFY(trayUp());
     }
-
-    void cleanupTestCase() { m_tray.kill(); }
 
     void startArguments_data()
     {
@@ -165,7 +154,7 @@ private Q_SLOTS:
     {
         QProcess program;
         QVERIFY(start(program, {"mini"}));
-        const quint32 icon = iconOf(program);
+        const QString icon = iconOf(program);
         QVERIFY(click(icon));
         QVERIFY(eventually([&] { return shown(program); }));
         QVERIFY(click(icon));
@@ -186,7 +175,7 @@ private Q_SLOTS:
         QVERIFY(start(mini, {"mini"}, false));
         QVERIFY(eventually([&] {
             return reachable(mainWindow(mini)) &&
-                   run("xprop", {"-id", QString::number(mainWindow(mini)), "WM_STATE"}).contains("Iconic");
+                   run("xprop", {"-id", mainWindow(mini), "WM_STATE"}).contains("Iconic");
         }));
         QVERIFY(endsCleanlyOn(mini, SIGTERM));
 
@@ -198,7 +187,7 @@ private Q_SLOTS:
         QVERIFY(m_tray.waitForFinished());
         QVERIFY(eventually([&] { return reachable(mainWindow(hidden)); }));
         QVERIFY(trayUp());
-        QVERIFY(eventually([&] { return iconOf(hidden) != 0; }));
+        QVERIFY(eventually([&] { return !iconOf(hidden).isEmpty(); }));
         QVERIFY(endsCleanlyOn(hidden, SIGTERM));
     }
 
