@@ -185,7 +185,10 @@ private Q_SLOTS:
         QVERIFY(start(hidden, {"mini"}));
         m_tray.kill();
         QVERIFY(m_tray.waitForFinished());
-        QVERIFY(eventually([&] { return reachable(mainWindow(hidden)); }));
+        QVERIFY(eventually([&] {
+            return reachable(mainWindow(hidden)) &&
+                   run("xprop", {"-id", mainWindow(hidden), "WM_STATE"}).contains("Iconic");
+        }));
         QVERIFY(trayUp());
         QVERIFY(eventually([&] { return !iconOf(hidden).isEmpty(); }));
         QVERIFY(endsCleanlyOn(hidden, SIGTERM));

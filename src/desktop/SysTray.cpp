@@ -227,8 +227,13 @@ void SysTray::onPresenceChanged(bool present)
 {
     m_window->setTrayPresent(present);
     // A window hidden in a tray that went away could no longer be reached: park it in the task bar.
-    if (!present && m_window->isHidden() && !m_window->exitRequested())
-        m_window->showMinimized();
+    if (!present && m_window->isHidden() && !m_window->exitRequested()) {
+        // Minimised after showing: set before, Qt maps the window in the normal state, and a window
+        // that went to the tray minimised already is still marked so.
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+        m_window->show();
+        m_window->setWindowState(m_window->windowState() | Qt::WindowMinimized);
+    }
 }
 
 } // namespace quillora
