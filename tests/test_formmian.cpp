@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QSettings>
@@ -198,6 +199,23 @@ private Q_SLOTS:
         // An empty value asks the system locale, which always names one of the seven.
         const int chosen = Rig({{u"Language"_s, QString()}}).window->interfaceLanguage().toInt();
         QVERIFY(chosen >= 1 && chosen <= 7);
+    }
+
+    void captionsFitInEveryLanguage()
+    {
+        for (int language = 1; language <= 7; ++language) {
+            Rig rig({{u"Language"_s, QString::number(language)}});
+            QList<QWidget*> captioned;
+            for (QLabel* label : rig.window->findChildren<QLabel*>())
+                captioned << label;
+            captioned << rig.window->check1() << rig.window->check2();
+            for (QWidget* w : captioned) {
+                QVERIFY2(w->width() >= w->sizeHint().width(), qPrintable(w->property("text").toString()));
+                QVERIFY(w->geometry().right() < 710);
+            }
+            QVERIFY(rig.window->combo1()->width() >= 100 && rig.window->combo2()->width() >= 100);
+            QVERIFY(!rig.window->combo2()->geometry().intersects(rig.window->combo1()->geometry()));
+        }
     }
 
     void rightToLeftPickers()

@@ -35,6 +35,7 @@
 #include <QStyle>
 #include <QToolButton>
 #include <QUrl>
+#include <algorithm>
 
 namespace quillora
 {
@@ -322,7 +323,34 @@ void FormMian::Private::applyCaptions()
         jcbutton[i]->setText(text(kButtonCaption[i]));
         jcbutton[i]->setToolTip(text(kButtonToolTip[i]));
     }
+    fitCaptionedRows();
     refillPickers();
+}
+
+// Captions differ in length between languages: labels and check boxes take the room their text
+// needs, the pickers and the address box share what is left of the row.
+void FormMian::Private::fitCaptionedRows()
+{
+    constexpr int gap = 4;
+    constexpr int minComboWidth = 100;
+    const auto needed = [](const QWidget* w) { return w->sizeHint().width(); };
+    const QRect band = fromLabel->geometry();
+    const int captions = needed(fromLabel) + needed(intoLabel) + needed(Check1) + needed(Check2);
+    const int comboWidth = std::max(minComboWidth, (kBoxWidth - captions - 5 * gap) / 2);
+    const std::array<QWidget*, 6> row{fromLabel, Combo2, intoLabel, Combo1, Check1, Check2};
+    int x = 0;
+    for (QWidget* w : row) {
+        const int span = (w == Combo1 || w == Combo2) ? comboWidth : needed(w);
+        w->setGeometry(x, band.top(), std::min(span, kBoxWidth - x), band.height());
+        x += span + gap;
+    }
+
+    const QRect label = addressLabel->geometry();
+    const int labelWidth = std::min(needed(addressLabel), kBoxWidth / 3);
+    addressLabel->setGeometry(label.left(), label.top(), labelWidth, label.height());
+    const int boxLeft = label.left() + labelWidth + gap;
+    ucComText->setGeometry(boxLeft, label.top(), jcbutton1->geometry().left() - gap - boxLeft,
+                           label.height());
 }
 
 void FormMian::Private::refillPickers()

@@ -98,6 +98,7 @@ struct FormMian::Private {
     void readMarks();
     void applyStyle();
     void applyCaptions();
+    void fitCaptionedRows();
     void refillPickers();
     void applyOptions();
     void registerHotKey();
