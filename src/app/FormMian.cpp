@@ -132,6 +132,18 @@ QString FormMian::Private::text(int offset) const
     return uiText(language, offset);
 }
 
+void FormMian::Private::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
+                               bool owned)
+{
+    NoticeRequest request;
+    request.icon = icon;
+    request.title = text(100);
+    request.text = text(offset);
+    request.buttons = buttons;
+    request.owned = owned;
+    deps.notice(q, request);
+}
+
 const ServiceAddresses& FormMian::Private::addresses() const
 {
     return engine->addresses();

@@ -146,13 +146,7 @@ void FormMian::Private::saveResults()
         openUrl(QUrl::fromLocalFile(fileName));
         return;
     }
-    NoticeRequest notice;
-    notice.icon = QMessageBox::Information;
-    notice.title = text(100);
-    notice.text = text(101);
-    notice.buttons = QMessageBox::Ok | QMessageBox::Cancel;
-    notice.owned = false;
-    deps.notice(q, notice);
+    notice(101, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
 }
 
 } // namespace quillora

@@ -134,6 +134,8 @@ struct FormMian::Private {
     bool openUrl(const QUrl& url) const;
     int runDialog(QDialog* dialog) const;
     QString text(int offset) const;
+    // A message box captioned "Notice" with the text of `offset`.
+    void notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned);
     const ServiceAddresses& addresses() const;
 };
 

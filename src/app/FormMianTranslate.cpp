@@ -73,13 +73,7 @@ void FormMian::translateCopiedText(const QString& text)
         d->fanYi(d->autoCopy);
         return;
     }
-    NoticeRequest notice;
-    notice.icon = QMessageBox::Information;
-    notice.title = d->text(100);
-    notice.text = d->text(102);
-    notice.buttons = QMessageBox::Ok | QMessageBox::Cancel;
-    notice.owned = false;
-    d->deps.notice(this, notice);
+    d->notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
 }
 
 void FormMian::Private::takeWaitingCopiedText()
@@ -98,13 +92,7 @@ void FormMian::Private::translate()
         fanYi(autoCopy);
         return;
     }
-    NoticeRequest notice;
-    notice.icon = QMessageBox::Warning;
-    notice.title = text(100);
-    notice.text = text(102);
-    notice.buttons = QMessageBox::Ok;
-    notice.owned = true;
-    deps.notice(q, notice);
+    notice(102, QMessageBox::Warning, QMessageBox::Ok, true);
 }
 
 void FormMian::Private::swap()
