@@ -1,7 +1,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: deps build run test bench screenshot clean format
+.PHONY: deps build run test package bench screenshot clean format
 
 deps:
 	@scripts/install-deps.sh
@@ -15,6 +15,9 @@ run: build
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --timeout 300
+
+package: build
+	cmake --build $(BUILD) --target package
 
 bench: build
 	scripts/run-benchmarks.sh $(BUILD)

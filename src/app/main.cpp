@@ -64,7 +64,7 @@ int main(int argc, char* argv[])
     QApplication::setOrganizationName(QStringLiteral("Quillora"));
     QApplication::setApplicationName(QStringLiteral("Quillora"));
     QApplication::setApplicationVersion(versionText());
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillora"));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
 
     // Qt has already taken its own options (-platform, -display, ...) out of the arguments; what

@@ -1,5 +1,7 @@
 #include "translate/ServiceAddresses.h"
 
+#include "Version.h"
+
 namespace quillora
 {
 
@@ -24,7 +26,7 @@ ServiceAddresses ServiceAddresses::fromEnvironment()
     a.service = fromEnv("QUILLORA_SERVICE_URL", QStringLiteral("https://translate.google.com"));
     a.api = fromEnv("QUILLORA_API_URL", QStringLiteral("https://translate.googleapis.com"));
     a.apiClient = fromEnv("QUILLORA_API_CLIENT", QStringLiteral("gtx"));
-    a.site = fromEnv("QUILLORA_SITE_URL", QStringLiteral("https://quillora.zelvan.org"));
+    a.site = fromEnv("QUILLORA_SITE_URL", QString::fromLatin1(kSiteAddress));
     return a;
 }
 
