@@ -5,13 +5,15 @@ set(CPACK_PACKAGE_VENDOR "The Quillora developers")
 set(CPACK_PACKAGE_CONTACT ${QUILLORA_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "desktop translator using the Google Translate web service")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Quillora sends a typed, pasted or opened text to the Google Translate web service and shows the\n"
-    "translation, its romanization and dictionary entries. It can watch the clipboard and translate\n"
-    "whatever another program copies, lives in the notification area, comes back with the global key\n"
-    "F11, speaks short texts and translates whole web pages in the browser.\n"
+    "Quillora sends a typed, pasted or opened text to the Google Translate web\n"
+    "service and shows the translation, its romanization and dictionary entries.\n"
+    "It can watch the clipboard and translate whatever another program copies,\n"
+    "lives in the notification area, comes back with the global key F11, speaks\n"
+    "short texts and translates whole web pages in the browser.\n"
     "\n"
     "The package also holds quillora-cli, a command-line translator.")
 string(JOIN "" CPACK_PACKAGE_DESCRIPTION ${CPACK_PACKAGE_DESCRIPTION})
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

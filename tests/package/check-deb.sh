@@ -34,7 +34,7 @@ diff <(dpkg-deb -c "$deb" | awk '$1 !~ /^d/ { sub(/^\.\//, "", $6); print $6 }' 
   <(cd "$out/stage" && find . -type f | sed 's#^\./##' | sort) ||
   fail "package files differ from the staged install (< package, > staged)"
 
-lintian --fail-on error --no-tag-display-limit "$deb" >"$out/lintian.txt" 2>&1 || {
+lintian --fail-on error --tag-display-limit 0 "$deb" >"$out/lintian.txt" 2>&1 || {
   cat "$out/lintian.txt"
   fail "lintian found errors"
 }

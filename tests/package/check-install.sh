@@ -64,7 +64,7 @@ codes=$(complete_after -t '')
 [ -n "$codes" ] || fail "completion offers no target languages"
 # Every code offered must pass the tool's check (exit 2 is its usage error); the service is unreachable.
 for code in $codes; do
-  "$cli" -t "$code" x >/dev/null 2>&1
+  "$cli" -t "$code" "" >/dev/null 2>&1
   [ $? -ne 2 ] || fail "completion offers '$code', which quillora-cli refuses"
 done
 help=$("$cli" --help)
