@@ -21,6 +21,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${QUILLORA_SITE_URL}/)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Added to the computed list: the SVG plug-ins that draw every icon are loaded at run time.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt6svg6)
 
 # Loaded at run time, so dpkg-shlibdeps cannot see them: media plug-ins for the speaker buttons, the
 # desktop portal for the global key under Wayland, Qt's Wayland platform.

@@ -23,7 +23,9 @@ for field in Package Version Architecture Maintainer Installed-Size Section Prio
 done
 [ "$(dpkg-deb -f "$deb" Version)" = "$version" ] || fail "Version is $(dpkg-deb -f "$deb" Version)"
 depends=$(dpkg-deb -f "$deb" Depends)
-grep -q 'libqt6widgets6' <<<"$depends" || fail "Depends was not computed from the binaries: $depends"
+for wanted in libqt6widgets6 libqt6svg6; do
+  grep -q "$wanted" <<<"$depends" || fail "Depends lacks $wanted: $depends"
+done
 recommends=$(dpkg-deb -f "$deb" Recommends)
 for wanted in gstreamer1.0-plugins-good xdg-desktop-portal; do
   grep -q "$wanted" <<<"$recommends" || fail "Recommends lacks $wanted: $recommends"
