@@ -59,8 +59,8 @@ void BM_ByHand(benchmark::State& state)
     }
 }
 
-BENCHMARK(BM_Engine)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);
-BENCHMARK(BM_ByHand)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);
+BENCHMARK(BM_Engine)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+BENCHMARK(BM_ByHand)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
 class MedianReporter : public benchmark::ConsoleReporter
 {
@@ -83,8 +83,11 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     std::vector<char*> args(argv, argv + argc);
+    // Interleaved, so that a busy spell of the machine does not fall on one side only.
     std::string repetitions = "--benchmark_repetitions=5";
+    std::string interleave = "--benchmark_enable_random_interleaving=true";
     args.push_back(repetitions.data());
+    args.push_back(interleave.data());
     int count = int(args.size());
     benchmark::Initialize(&count, args.data());
     MedianReporter reporter;

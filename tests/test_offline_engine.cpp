@@ -1,4 +1,4 @@
-#include "app/Settings.h"
+#include "TestSupport.h"
 #include "standin/StandinService.h"
 #include "translate/LanguageCatalogue.h"
 #include "translate/LanguageGuesser.h"
@@ -40,11 +40,7 @@ private:
 
     bool haveEnglishSpanish() { return m_engine.pairFor({kEnglish, "en", "es", "en"}).has_value(); }
 
-    struct Cli {
-        int exitCode = -1;
-        QByteArray out, err;
-    };
-    Cli cli(const QStringList& arguments)
+    test::CommandResult cli(const QStringList& arguments)
     {
         QProcess process;
         process.setEnvironment(QProcess::systemEnvironment() << "QUILLORA_SERVICE_URL=" + m_service.baseUrl()
@@ -52,9 +48,9 @@ private:
         process.start(m_build + "/src/quillora-cli", arguments);
         process.closeWriteChannel();
         QSignalSpy finished(&process, &QProcess::finished);
-        if (!finished.wait(30000))
-            return {};
-        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+        const bool ended = finished.wait(30000);
+        return {ended, ended ? process.exitCode() : -1, process.readAllStandardOutput(),
+                process.readAllStandardError()};
     }
 
 private Q_SLOTS:
@@ -192,7 +188,7 @@ private Q_SLOTS:
     {
         if (!haveEnglishSpanish())
             QSKIP("apertium with apertium-eng-spa is not installed");
-        const Cli offline = cli({"--engine", "offline", "-s", "en", "-t", "es", kEnglish});
+        const test::CommandResult offline = cli({"--engine", "offline", "-s", "en", "-t", "es", kEnglish});
         QCOMPARE(offline.exitCode, 0);
         QVERIFY2(offline.out.contains("playa") && offline.err.isEmpty(),
                  (offline.out + offline.err).constData());
@@ -200,16 +196,16 @@ private Q_SLOTS:
 
         // The service refuses: auto turns to the pair and says so; service alone still fails.
         m_service.setFormMode(StandinService::FormMode::Refused);
-        const Cli fallback = cli({"-s", "en", "-t", "es", kEnglish});
+        const test::CommandResult fallback = cli({"-s", "en", "-t", "es", kEnglish});
         QCOMPARE(fallback.exitCode, 0);
         QVERIFY(fallback.out.contains("playa"));
         QCOMPARE(fallback.err, "quillora-cli: translated offline by Apertium eng-spa\n");
-        const Cli json = cli({"--json", "-t", "es", kEnglish});
+        const test::CommandResult json = cli({"--json", "-t", "es", kEnglish});
         QCOMPARE(QJsonDocument::fromJson(json.out).object().value("engine").toString(), "Apertium eng-spa");
         QCOMPARE(cli({"--engine", "service", "-s", "en", "-t", "es", kEnglish}).exitCode, 1);
         QCOMPARE(m_service.requests().size(), 3);
 
-        const Cli uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
+        const test::CommandResult uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
         QCOMPARE(uncovered.exitCode, 1);
         QVERIFY(uncovered.err.contains("No installed Apertium pair"));
         QCOMPARE(cli({"--engine", "fast", "hello"}).exitCode, 2);

