@@ -113,6 +113,8 @@ FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
         connectivity = deps.connectivity;
     }
     engine = deps.engine ? deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), owner);
+    router = std::make_unique<TranslationRouter>(
+        engine, deps.offline ? deps.offline : new OfflineEngine(QStringLiteral("apertium"), owner));
     if (!deps.notice)
         deps.notice = showMessageBox;
     if (deps.programPath.isEmpty())
@@ -524,7 +526,7 @@ FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
 FormMian::~FormMian()
 {
     if (d->Translating)
-        d->engine->cancel();
+        d->router->cancel();
 }
 
 QPlainTextEdit* FormMian::sourceBox() const
@@ -635,7 +637,7 @@ void FormMian::requestExit()
 {
     d->exitRequested = true;
     if (d->Translating)
-        d->engine->cancel();
+        d->router->cancel();
     d->clipboard->setMonitoring(false);
     close();
 }
@@ -675,7 +677,7 @@ void FormMian::changeEvent(QEvent* event)
 void FormMian::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && d->Translating) {
-        d->engine->cancel();
+        d->router->cancel();
         return;
     }
     QMainWindow::keyPressEvent(event);

@@ -20,6 +20,7 @@ namespace quillora
 
 class ClipboardMonitor;
 class ConnectivityProbe;
+class OfflineEngine;
 class Settings;
 class TranslationEngine;
 
@@ -50,6 +51,7 @@ struct FormMianDeps {
     Settings* settings = nullptr;              // required
     ConnectivityProbe* connectivity = nullptr; // default: the system's
     TranslationEngine* engine = nullptr;       // default: one of its own
+    OfflineEngine* offline = nullptr;          // default: one of its own, on the installed pairs
     NoticeShower notice;                       // default: a real QMessageBox
     QString programPath;                       // default: QCoreApplication::applicationFilePath()
     bool registerHotKey = true;                // tests on offscreen pass false

@@ -3,6 +3,7 @@
 #include "app/FormMian.h"
 #include "app/Settings.h"
 #include "translate/HistoryRing.h"
+#include "translate/TranslationRouter.h"
 
 #include <QObject>
 #include <QPointer>
@@ -44,6 +45,7 @@ struct FormMian::Private {
     std::unique_ptr<ConnectivityProbe> ownConnectivity;
     ConnectivityProbe* connectivity = nullptr;
     TranslationEngine* engine = nullptr;
+    std::unique_ptr<TranslationRouter> router;
 
     QFrame* PicAD = nullptr;
     QWidget* Pic1 = nullptr;
@@ -117,7 +119,9 @@ struct FormMian::Private {
     void copyResult();
     void clearBoxes();
     void jcbutton1_Click();
-    void fanYi(bool autoCopyFlag);
+    void fanYi(bool autoCopyFlag, EngineChoice choice = EngineChoice::Auto);
+    // Without a connection: whether an installed offline pair covers the source text and languages.
+    bool offlineCovers();
     void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
     void storeHistory();
     void showSpeaker(int slot, bool shown, const SpokenText& text);

@@ -73,6 +73,10 @@ void FormMian::translateCopiedText(const QString& text)
         d->fanYi(d->autoCopy);
         return;
     }
+    if (d->offlineCovers()) {
+        d->fanYi(d->autoCopy, EngineChoice::Offline);
+        return;
+    }
     d->notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
 }
 
@@ -90,6 +94,10 @@ void FormMian::Private::translate()
 {
     if (connectivity->isOnline()) {
         fanYi(autoCopy);
+        return;
+    }
+    if (offlineCovers()) {
+        fanYi(autoCopy, EngineChoice::Offline);
         return;
     }
     notice(102, QMessageBox::Warning, QMessageBox::Ok, true);
@@ -150,7 +158,14 @@ void FormMian::Private::jcbutton1_Click()
     ucComText->setEditText(typed);
 }
 
-void FormMian::Private::fanYi(bool autoCopyFlag)
+bool FormMian::Private::offlineCovers()
+{
+    return router->offline()
+        .pairFor({sourceBox->toPlainText(), SourceCode, TargetCode, InterfaceCode})
+        .has_value();
+}
+
+void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
 {
     if (trimBlanks(sourceBox->toPlainText()).isEmpty()) {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
@@ -161,19 +176,23 @@ void FormMian::Private::fanYi(bool autoCopyFlag)
     const QString source = sourceBox->toPlainText();
     q->setStatusMessage(text(MsgTranslating));
 
-    TranslationOutcome outcome;
+    RoutedOutcome routed;
     {
         // The window keeps painting while the request runs; its input waits, Escape cancels.
-        const InputHold hold(q, [this] { engine->cancel(); });
-        outcome = engine->translate({source, SourceCode, TargetCode, InterfaceCode});
+        const InputHold hold(q, [this] { router->cancel(); });
+        routed = router->translate({source, SourceCode, TargetCode, InterfaceCode}, choice);
     }
+    const TranslationOutcome& outcome = routed.outcome;
 
     responseBox->setPlainText(outcome.response);
     if (outcome.ok()) {
         resultBox->setPlainText(outcome.result.translation);
         phoneticBox->setPlainText(outcome.result.romanization);
         dictionaryBox->setPlainText(outcome.result.dictionary);
-        q->statusBar()->clearMessage();
+        if (routed.offlinePair)
+            q->setStatusMessage(text(MsgOffline).arg(routed.offlinePair->mode));
+        else
+            q->statusBar()->clearMessage();
     } else {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
             box->clear();

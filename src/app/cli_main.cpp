@@ -1,11 +1,12 @@
 #include "Version.h"
 #include "app/Settings.h"
 #include "translate/LanguageCatalogue.h"
-#include "translate/TranslationEngine.h"
+#include "translate/TranslationRouter.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <cstdio>
@@ -25,10 +26,9 @@ void write(FILE* stream, const QString& text)
 
 int usageError(const QString& message)
 {
-    write(stderr,
-          QStringLiteral("quillora-cli: %1\nUsage: quillora-cli [-s CODE] [-t CODE] [--hl CODE] [--json] "
-                         "[TEXT ...]\n")
-              .arg(message));
+    write(stderr, QStringLiteral("quillora-cli: %1\nUsage: quillora-cli [-s CODE] [-t CODE] [--hl CODE] "
+                                 "[--engine service|offline|auto] [--json] [TEXT ...] | --list-offline\n")
+                      .arg(message));
     return ExitUsage;
 }
 
@@ -79,8 +79,36 @@ QString plainOutput(const TranslationResult& result)
     return out;
 }
 
-QString jsonOutput(const TranslationRequest& request, const TranslationResult& result)
+bool parseEngine(const QString& typed, EngineChoice* choice)
 {
+    const QHash<QString, EngineChoice> names{{QStringLiteral("service"), EngineChoice::Service},
+                                             {QStringLiteral("offline"), EngineChoice::Offline},
+                                             {QStringLiteral("auto"), EngineChoice::Auto}};
+    if (!names.contains(typed))
+        return false;
+    *choice = names.value(typed);
+    return true;
+}
+
+QString engineName(const RoutedOutcome& routed)
+{
+    return routed.offlinePair ? QStringLiteral("Apertium ") + routed.offlinePair->mode
+                              : QStringLiteral("service");
+}
+
+// "en-es<TAB>eng-spa" per installed direction.
+QString offlineListing(OfflineEngine& offline)
+{
+    QString out;
+    for (const OfflinePair& pair : offline.pairs())
+        out +=
+            pair.source + QLatin1Char('-') + pair.target + QLatin1Char('\t') + pair.mode + QLatin1Char('\n');
+    return out;
+}
+
+QString jsonOutput(const TranslationRequest& request, const RoutedOutcome& routed)
+{
+    const TranslationResult& result = routed.outcome.result;
     const QJsonObject object{
         {QStringLiteral("translation"), result.translation},
         {QStringLiteral("romanization"), result.romanization},
@@ -89,6 +117,7 @@ QString jsonOutput(const TranslationRequest& request, const TranslationResult& r
         {QStringLiteral("sourceLanguage"),
          request.sourceCode.isEmpty() ? QStringLiteral("auto") : request.sourceCode},
         {QStringLiteral("targetLanguage"), request.targetCode},
+        {QStringLiteral("engine"), engineName(routed)},
     };
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
 }
@@ -116,7 +145,15 @@ int main(int argc, char** argv)
                                       QStringLiteral("Interface language code for the service."),
                                       QStringLiteral("CODE"));
     const QCommandLineOption jsonOption(QStringLiteral("json"), QStringLiteral("Print one JSON object."));
-    parser.addOptions({sourceOption, targetOption, hlOption, jsonOption});
+    const QCommandLineOption engineOption(
+        QStringLiteral("engine"),
+        QStringLiteral(
+            "service, offline (installed Apertium pairs) or auto: the service, and an installed pair "
+            "when it refuses or fails (default)."),
+        QStringLiteral("ENGINE"), QStringLiteral("auto"));
+    const QCommandLineOption listOfflineOption(QStringLiteral("list-offline"),
+                                               QStringLiteral("List the installed offline pairs and exit."));
+    parser.addOptions({sourceOption, targetOption, hlOption, jsonOption, engineOption, listOfflineOption});
     parser.addPositionalArgument(QStringLiteral("TEXT"),
                                  QStringLiteral("Words to translate, joined by spaces."),
                                  QStringLiteral("[TEXT ...]"));
@@ -127,6 +164,15 @@ int main(int argc, char** argv)
         parser.showHelp(ExitTranslated);
     if (parser.isSet(versionOption))
         parser.showVersion();
+
+    OfflineEngine offline;
+    if (parser.isSet(listOfflineOption)) {
+        write(stdout, offlineListing(offline));
+        return ExitTranslated;
+    }
+    EngineChoice choice = EngineChoice::Auto;
+    if (!parseEngine(parser.value(engineOption), &choice))
+        return usageError(QStringLiteral("unknown engine \"%1\"").arg(parser.value(engineOption)));
 
     TranslationRequest request = storedLanguages();
     if (parser.isSet(sourceOption) && !resolveCode(parser.value(sourceOption), true, &request.sourceCode))
@@ -147,12 +193,25 @@ int main(int argc, char** argv)
     }
 
     TranslationEngine engine;
-    const TranslationOutcome outcome = engine.translate(request);
-    if (!outcome.ok()) {
-        write(stderr, QStringLiteral("quillora-cli: %1\n").arg(failureReasonText(outcome.failure)));
+    TranslationRouter router(&engine, &offline);
+    const RoutedOutcome routed = router.translate(request, choice);
+    if (!routed.outcome.ok()) {
+        const bool uncovered = choice == EngineChoice::Offline && !routed.offlinePair &&
+                               routed.outcome.failure != TranslationFailure::NothingToTranslate;
+        write(stderr,
+              QStringLiteral("quillora-cli: %1\n")
+                  .arg(uncovered ? QStringLiteral("No installed Apertium pair translates this text into "
+                                                  "\"%1\" (see --list-offline).")
+                                       .arg(request.targetCode)
+                                 : failureReasonText(routed.outcome.failure)));
         return ExitNothing;
     }
-    write(stdout,
-          parser.isSet(jsonOption) ? jsonOutput(request, outcome.result) : plainOutput(outcome.result));
+    if (parser.isSet(jsonOption)) {
+        write(stdout, jsonOutput(request, routed));
+        return ExitTranslated;
+    }
+    if (routed.offlinePair && choice == EngineChoice::Auto)
+        write(stderr, QStringLiteral("quillora-cli: translated offline by %1\n").arg(engineName(routed)));
+    write(stdout, plainOutput(routed.outcome.result));
     return ExitTranslated;
 }

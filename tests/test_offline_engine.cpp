@@ -1,0 +1,217 @@
+#include "TestSupport.h"
+#include "standin/StandinService.h"
+#include "translate/LanguageCatalogue.h"
+#include "translate/LanguageGuesser.h"
+#include "translate/OfflineEngine.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace quillora;
+using quillora::test::StandinService;
+
+namespace
+{
+
+QString listed(const QList<OfflinePair>& pairs)
+{
+    QStringList out;
+    for (const OfflinePair& pair : pairs)
+        out << pair.source + '-' + pair.target + ' ' + pair.mode;
+    return out.join(", ");
+}
+
+const QString kEnglish = "The weather is nice today and I want to go to the beach.";
+
+} // namespace
+
+class TestOfflineEngine : public QObject
+{
+    Q_OBJECT
+private:
+    StandinService m_service;
+    QTemporaryDir m_config;
+    OfflineEngine m_engine;
+    const QString m_build = qEnvironmentVariable("QUILLORA_BUILD_DIR");
+
+    bool haveEnglishSpanish() { return m_engine.pairFor({kEnglish, "en", "es", "en"}).has_value(); }
+
+    test::CommandResult cli(const QStringList& arguments)
+    {
+        QProcess process;
+        process.setEnvironment(QProcess::systemEnvironment() << "QUILLORA_SERVICE_URL=" + m_service.baseUrl()
+                                                             << "QUILLORA_API_URL=" + m_service.baseUrl());
+        process.start(m_build + "/src/quillora-cli", arguments);
+        process.closeWriteChannel();
+        QSignalSpy finished(&process, &QProcess::finished);
+        const bool ended = finished.wait(30000);
+        return {ended, ended ? process.exitCode() : -1, process.readAllStandardOutput(),
+                process.readAllStandardError()};
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_service.listen());
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config.path()));
+    }
+
+    void pairsFromModeNames_data()
+    {
+        QTest::addColumn<QStringList>("modes");
+        QTest::addColumn<QString>("pairs");
+        QTest::newRow("plain beats variant")
+            << QStringList{"eng-spa", "spa-eng_US", "spa-eng"} << "en-es eng-spa, es-en spa-eng";
+        QTest::newRow("variant alone") << QStringList{"spa-eng_US"} << "es-en spa-eng_US";
+        QTest::newRow("two-letter") << QStringList{"fr-es", "es-pt"} << "es-pt es-pt, fr-es fr-es";
+        QTest::newRow("serbo-croatian") << QStringList{"hbs-eng", "eng-hbs_HR", "eng-hbs_SR"}
+                                        << "en-hr eng-hbs_HR, en-sr eng-hbs_SR, hr-en hbs-eng, sr-en hbs-eng";
+        QTest::newRow("norwegian") << QStringList{"nno-nob", "dan-nno", "dan-nob"} << "da-no dan-nob";
+        QTest::newRow("malay, urdu") << QStringList{"ind-zlm", "urd-hin"} << "id-ms ind-zlm, ur-hi urd-hin";
+        QTest::newRow("none") << QStringList{"eng-spa-tagger", "arg-cat", "eng-eng_US", ""} << "";
+    }
+    void pairsFromModeNames()
+    {
+        QFETCH(QStringList, modes);
+        QFETCH(QString, pairs);
+        QCOMPARE(listed(offlinePairsFromModes(modes)), pairs);
+    }
+
+    void everyCatalogueLanguageHasAFingerprint()
+    {
+        if (!QDir(LanguageGuesser::defaultFingerprintFolder()).exists())
+            QSKIP("libexttextcat's fingerprints are not installed");
+        for (int i = 0; i < kLanguageCount; ++i) {
+            const QString name = fingerprintName(LanguageCode(i));
+            QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' + name + ".lm"),
+                     qPrintable(LanguageCode(i)));
+        }
+        QCOMPARE(fingerprintName("iw"), "he");
+    }
+
+    void unknownWordMarks_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("marks") << "The #a lot of @house"
+                               << "muchos casa"
+                               << "The a lot of house";
+        QTest::newRow("source has #") << "#tag and #a lot"
+                                      << "#tag y muchos"
+                                      << "#tag and #a lot";
+        QTest::newRow("not marks") << "5 # 3, a@b.org"
+                                   << "5 # 3, a@b.org"
+                                   << "5 # 3, a@b.org";
+    }
+    void unknownWordMarks()
+    {
+        QFETCH(QString, output);
+        QFETCH(QString, source);
+        QFETCH(QString, shown);
+        QCOMPARE(withoutUnknownMarks(output, source), shown);
+    }
+
+    void translatesWithTheInstalledPair()
+    {
+        if (!haveEnglishSpanish())
+            QSKIP("apertium with apertium-eng-spa is not installed");
+        const TranslationOutcome outcome =
+            m_engine.translate(*m_engine.pairFor({kEnglish, "en", "es", "en"}), kEnglish + " Zorblax!");
+        QVERIFY2(outcome.ok(), qPrintable(failureReasonText(outcome.failure)));
+        QVERIFY2(outcome.result.translation.contains("playa") &&
+                     outcome.result.translation.contains("Zorblax") &&
+                     !outcome.result.translation.contains('*'),
+                 qPrintable(outcome.result.translation));
+        QVERIFY(outcome.result.romanization.isEmpty() && outcome.result.dictionary.isEmpty());
+
+        OfflineEngine missing("/nonexistent/apertium");
+        QVERIFY(missing.pairs().isEmpty());
+        QCOMPARE(missing.translate({"eng-spa", "en", "es"}, kEnglish).failure, TranslationFailure::BadAnswer);
+    }
+
+    void requestCaps_data()
+    {
+        QTest::addColumn<int>("timeoutMs");
+        QTest::addColumn<int>("maxBytes");
+        QTest::addColumn<int>("failure");
+        QTest::newRow("time") << 1 << 16 * 1024 * 1024 << int(TranslationFailure::TimedOut);
+        QTest::newRow("size") << 30000 << 100 << int(TranslationFailure::BadAnswer);
+    }
+    void requestCaps()
+    {
+        QFETCH(int, timeoutMs);
+        QFETCH(int, maxBytes);
+        QFETCH(int, failure);
+        if (!haveEnglishSpanish())
+            QSKIP("apertium with apertium-eng-spa is not installed");
+        OfflineEngine engine;
+        engine.setTimeoutMs(timeoutMs);
+        engine.setMaxBytes(maxBytes);
+        const OfflinePair pair{"eng-spa", "en", "es"};
+        QCOMPARE(int(engine.translate(pair, kEnglish.repeated(20)).failure), failure);
+    }
+
+    void detectionAmongTheInstalledSources_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("mode");
+        QTest::newRow("English") << kEnglish << "es"
+                                 << "eng-spa";
+        QTest::newRow("Spanish") << "El tiempo es bueno hoy y quiero ir a la playa."
+                                 << "en"
+                                 << "spa-eng";
+        QTest::newRow("two letters") << "ok"
+                                     << "es"
+                                     << "";
+        QTest::newRow("Thai script") << QString("วันนี้อากาศดีและฉันอยากไปทะเลมาก") << "es"
+                                     << "";
+        QTest::newRow("no pair into Thai") << kEnglish << "th"
+                                           << "";
+    }
+    void detectionAmongTheInstalledSources()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, target);
+        QFETCH(QString, mode);
+        if (!haveEnglishSpanish())
+            QSKIP("apertium with apertium-eng-spa is not installed");
+        QCOMPARE(m_engine.pairFor({text, "", target, "en"}).value_or(OfflinePair{}).mode, mode);
+    }
+
+    void commandLine()
+    {
+        if (!haveEnglishSpanish())
+            QSKIP("apertium with apertium-eng-spa is not installed");
+        const test::CommandResult offline = cli({"--engine", "offline", "-s", "en", "-t", "es", kEnglish});
+        QCOMPARE(offline.exitCode, 0);
+        QVERIFY2(offline.out.contains("playa") && offline.err.isEmpty(),
+                 (offline.out + offline.err).constData());
+        QVERIFY(m_service.requests().isEmpty());
+
+        // The service refuses: auto turns to the pair and says so; service alone still fails.
+        m_service.setFormMode(StandinService::FormMode::Refused);
+        const test::CommandResult fallback = cli({"-s", "en", "-t", "es", kEnglish});
+        QCOMPARE(fallback.exitCode, 0);
+        QVERIFY(fallback.out.contains("playa"));
+        QCOMPARE(fallback.err, "quillora-cli: translated offline by Apertium eng-spa\n");
+        const test::CommandResult json = cli({"--json", "-t", "es", kEnglish});
+        QCOMPARE(QJsonDocument::fromJson(json.out).object().value("engine").toString(), "Apertium eng-spa");
+        QCOMPARE(cli({"--engine", "service", "-s", "en", "-t", "es", kEnglish}).exitCode, 1);
+        QCOMPARE(m_service.requests().size(), 3);
+
+        const test::CommandResult uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
+        QCOMPARE(uncovered.exitCode, 1);
+        QVERIFY(uncovered.err.contains("No installed Apertium pair"));
+        QCOMPARE(cli({"--engine", "fast", "hello"}).exitCode, 2);
+        QVERIFY(cli({"--list-offline"}).out.contains("en-es\teng-spa\nes-en\tspa-eng\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOfflineEngine)
+#include "test_offline_engine.moc"
