@@ -11,6 +11,7 @@
 #include "desktop/ModmonClip.h"
 #include "desktop/VisualStyle.h"
 #include "net/Connectivity.h"
+#include "net/SitesMenu.h"
 #include "translate/LanguageCatalogue.h"
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
@@ -132,8 +133,8 @@ QString FormMian::Private::text(int offset) const
     return uiText(language, offset);
 }
 
-void FormMian::Private::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
-                               bool owned)
+QMessageBox::StandardButton FormMian::Private::notice(int offset, QMessageBox::Icon icon,
+                                                      QMessageBox::StandardButtons buttons, bool owned)
 {
     NoticeRequest request;
     request.icon = icon;
@@ -141,7 +142,7 @@ void FormMian::Private::notice(int offset, QMessageBox::Icon icon, QMessageBox::
     request.text = text(offset);
     request.buttons = buttons;
     request.owned = owned;
-    deps.notice(q, request);
+    return deps.notice(q, request);
 }
 
 const ServiceAddresses& FormMian::Private::addresses() const
@@ -169,6 +170,7 @@ void FormMian::Private::Form_Load()
 
     menus = new CommandMenus(q);
     QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::dispatch);
+    buildSitesMenu();
     clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), q);
     // Queued: a text found on the clipboard at load is translated once the window runs, not while
     // it is being built.
@@ -185,6 +187,7 @@ void FormMian::Private::Form_Load()
 
     registerHotKey();
     ucComText->setEditText(addresses().webAddressBoxDefault());
+    buildNetServices();
 }
 
 void FormMian::Private::buildWidgets()
@@ -324,6 +327,7 @@ void FormMian::Private::applyStyle()
 void FormMian::Private::applyCaptions()
 {
     menus->applyCaptions(language.toInt());
+    sites->rebuild(language.toInt());
     q->setWindowTitle(text(17));
     fromLabel->setText(text(21));
     intoLabel->setText(text(22));
