@@ -16,6 +16,7 @@ namespace
 {
 
 const QString kFixedKey = QStringLiteral("menuSite10");
+constexpr int kSettleMs = 1000;
 
 QString itemKey(qsizetype index)
 {
@@ -38,19 +39,24 @@ void SitesMenu::rebuild(int language)
     qDeleteAll(m_items);
     m_items.clear();
     const int generation = ++m_generation;
-    if (m_window->isVisible()) {
+    if (m_painted && m_window->isVisible()) {
         QTimer::singleShot(0, this, [this, generation] { fetch(generation); });
         return;
     }
-    m_waitingForShow = true;
+    m_waitingForPaint = true;
 }
 
+// The first list waits until the window has been painted and has settled: the showing comes first,
+// and the network stack is not loaded while the window is still being put on screen.
 bool SitesMenu::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_window && event->type() == QEvent::Show && m_waitingForShow) {
-        m_waitingForShow = false;
-        const int generation = m_generation;
-        QTimer::singleShot(0, this, [this, generation] { fetch(generation); });
+    if (watched == m_window && event->type() == QEvent::Paint && !m_painted) {
+        m_painted = true;
+        if (m_waitingForPaint) {
+            m_waitingForPaint = false;
+            const int generation = m_generation;
+            QTimer::singleShot(kSettleMs, this, [this, generation] { fetch(generation); });
+        }
     }
     return QObject::eventFilter(watched, event);
 }

@@ -17,7 +17,7 @@ namespace quillora
 
 // The "Cool Website" menu: the fixed "menuSite10" at once, and the records of the interface
 // language's sites list as "menuSite0", "menuSite1", ... once the list arrives. The list is fetched
-// after the window first shows, so it never holds up the showing.
+// once the window has first been painted, so it never holds up the showing.
 class SitesMenu : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,8 @@ private:
     QList<QAction*> m_items;
     int m_language = 1;
     int m_generation = 0;
-    bool m_waitingForShow = false;
+    bool m_painted = false;
+    bool m_waitingForPaint = false;
 };
 
 } // namespace quillora
