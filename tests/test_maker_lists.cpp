@@ -97,17 +97,6 @@ private Q_SLOTS:
         QFETCH(bool, newer);
         QCOMPARE(isNewerVersion(u"2.1.91"_s, remote), newer);
     }
-
-    void sitesListByLanguage()
-    {
-        QStringList names;
-        for (int language = 1; language <= 7; ++language)
-            names << sitesListNames(language).primary + u'/' + sitesListNames(language).alternate;
-        QCOMPARE(names.join(u' '),
-                 u"CDlist21.txt/ZTlist21.txt CDlist22.txt/ZTlist22.txt CDlist23.txt/ZTlist23.txt "
-                 "CDlist24.txt/ZTlist24.txt CDlist25.txt/ZTlist25.txt CDlist26.txt/ZTlist26.txt "
-                 "CDlist26.txt/ZTlist26.txt"_s);
-    }
 };
 
 QTEST_APPLESS_MAIN(MakerListsTest)

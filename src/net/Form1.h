@@ -26,7 +26,6 @@ public:
     QPlainTextEdit* Text1() const { return m_text; }
     QString prompt() const;
     qint32 number() const { return m_number; }
-    QString download() const { return m_download; }
 
 private:
     QLabel* m_prompt;

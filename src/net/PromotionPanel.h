@@ -50,9 +50,6 @@ public:
     // Writes the offline page and its data into the temporary folder, each only when missing.
     void WriteOfflinePromotionFiles();
 
-    const QStringList& pages() const { return m_pages; }
-    const QList<SiteRecord>& texts() const { return m_texts; }
-
 private:
     void FillPromotionTexts();
     void SetPromotionPlaceholder();

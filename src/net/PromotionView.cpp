@@ -98,7 +98,6 @@ void PromotionView::fetchImage(const QUrl& url)
         image = image.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
     m_images.insert(url, image);
     render();
-    Q_EMIT imageArrived(url);
 }
 
 } // namespace quillora

@@ -27,9 +27,6 @@ public:
     void showFile(const QString& path);
     QUrl page() const { return m_page; }
 
-Q_SIGNALS:
-    void imageArrived(const QUrl& url);
-
 protected:
     QVariant loadResource(int type, const QUrl& name) override;
 

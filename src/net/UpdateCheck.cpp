@@ -34,12 +34,9 @@ void UpdateCheck::Timer2_Timer()
     // The fetch lets the window run on; it may be gone when the answer comes.
     const QPointer<UpdateCheck> alive(this);
     const QString text = GetUrlBytesText(m_deps.addresses.updateList(), true);
-    if (!alive)
+    if (!alive || text.isEmpty())
         return;
-    m_listText = text;
-    if (m_listText.isEmpty())
-        return;
-    const UpdateList list = parseUpdateList(m_listText);
+    const UpdateList list = parseUpdateList(text);
 
     const QFileInfo program(m_deps.programPath);
     const QString updater = updaterPath(program.absolutePath());
@@ -48,8 +45,11 @@ void UpdateCheck::Timer2_Timer()
 
     if (!isNewerVersion(versionText(), list.version))
         return;
-    if (m_deps.notice(118, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel) !=
-        QMessageBox::Ok) {
+    const QMessageBox::StandardButton answer =
+        m_deps.notice(118, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel);
+    if (!alive)
+        return;
+    if (answer != QMessageBox::Ok) {
         m_deps.openUrl(m_deps.addresses.productHome());
         return;
     }

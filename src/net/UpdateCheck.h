@@ -42,15 +42,12 @@ public:
 
     void Timer2_Timer();
     QTimer* Timer2() const { return m_timer; }
-    // The last update list fetched, "" when none carried the "Updates" marker.
-    const QString& updateListText() const { return m_listText; }
 
 private:
     bool writeUpdater(const QString& path) const;
 
     UpdateCheckDeps m_deps;
     QTimer* m_timer;
-    QString m_listText;
 };
 
 } // namespace quillora
