@@ -66,8 +66,9 @@ void PromotionView::render()
 QVariant PromotionView::loadResource(int type, const QUrl& name)
 {
     const QUrl url = document()->baseUrl().resolved(name);
+    // A page from the web gets nothing from this machine's files.
     if (!isWeb(url))
-        return QTextBrowser::loadResource(type, name);
+        return isWeb(m_page) ? QVariant() : QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource)
         return {};
     const auto known = m_images.constFind(url);
