@@ -5,6 +5,7 @@
 #include "net/PromotionView.h"
 
 #include <QDir>
+#include <QEvent>
 #include <QFile>
 #include <QPointer>
 #include <QPushButton>
@@ -38,12 +39,25 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
     m_shown = m_texts.constFirst();
     m_button->setText(m_shown.caption);
     WriteOfflinePromotionFiles();
-    m_view->showFile(QDir(m_deps.tempFolder).filePath(kOfflinePage));
+    m_view->viewport()->installEventFilter(this);
 
     m_timer->setObjectName(QStringLiteral("Timer3"));
     m_timer->setInterval(kTickMs);
     connect(m_timer, &QTimer::timeout, this, &PromotionPanel::Timer3_Timer);
     m_timer->start();
+}
+
+// The offline page goes in once the window is on screen; laying it out is no part of the showing.
+bool PromotionPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_view->viewport() && event->type() == QEvent::Paint) {
+        watched->removeEventFilter(this);
+        QTimer::singleShot(kFirstPageDelayMs, this, [this] {
+            if (m_view->page().isEmpty())
+                m_view->showFile(QDir(m_deps.tempFolder).filePath(kOfflinePage));
+        });
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 QAbstractButton* PromotionPanel::jcbutton2() const

@@ -35,6 +35,7 @@ public:
     static constexpr int kTickMs = 6000;
     static constexpr int kRotateAt = 15;
     static constexpr int kRefetchAt = 180;
+    static constexpr int kFirstPageDelayMs = 300;
     static inline const QString kPageList = QStringLiteral("ADlist21.txt");
     static inline const QString kTextList = QStringLiteral("TXlist21.txt");
     static inline const QString kOfflinePage = QStringLiteral("offADen21.htm");
@@ -49,6 +50,9 @@ public:
     void jcbutton2_Click();
     // Writes the offline page and its data into the temporary folder, each only when missing.
     void WriteOfflinePromotionFiles();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void FillPromotionTexts();
