@@ -12,6 +12,7 @@
 #include <QSaveFile>
 #include <QTimer>
 #include <QWidget>
+#include <algorithm>
 
 namespace quillora
 {
