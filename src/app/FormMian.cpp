@@ -11,6 +11,7 @@
 #include "desktop/ModmonClip.h"
 #include "desktop/VisualStyle.h"
 #include "net/Connectivity.h"
+#include "net/SitesMenu.h"
 #include "translate/LanguageCatalogue.h"
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
@@ -134,8 +135,8 @@ QString FormMian::Private::text(int offset) const
     return uiText(language, offset);
 }
 
-void FormMian::Private::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
-                               bool owned)
+QMessageBox::StandardButton FormMian::Private::notice(int offset, QMessageBox::Icon icon,
+                                                      QMessageBox::StandardButtons buttons, bool owned)
 {
     NoticeRequest request;
     request.icon = icon;
@@ -143,7 +144,7 @@ void FormMian::Private::notice(int offset, QMessageBox::Icon icon, QMessageBox::
     request.text = text(offset);
     request.buttons = buttons;
     request.owned = owned;
-    deps.notice(q, request);
+    return deps.notice(q, request);
 }
 
 const ServiceAddresses& FormMian::Private::addresses() const
@@ -171,6 +172,7 @@ void FormMian::Private::Form_Load()
 
     menus = new CommandMenus(q);
     QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::dispatch);
+    buildSitesMenu();
     clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), q);
     // Queued: a text found on the clipboard at load is translated once the window runs, not while
     // it is being built.
@@ -187,6 +189,7 @@ void FormMian::Private::Form_Load()
 
     registerHotKey();
     ucComText->setEditText(addresses().webAddressBoxDefault());
+    buildNetServices();
 }
 
 void FormMian::Private::buildWidgets()
@@ -326,6 +329,7 @@ void FormMian::Private::applyStyle()
 void FormMian::Private::applyCaptions()
 {
     menus->applyCaptions(language.toInt());
+    sites->rebuild(language.toInt());
     q->setWindowTitle(text(17));
     fromLabel->setText(text(21));
     intoLabel->setText(text(22));

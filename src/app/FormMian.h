@@ -21,6 +21,9 @@ namespace quillora
 class ClipboardMonitor;
 class ConnectivityProbe;
 class OfflineEngine;
+class PromotionPanel;
+class SitesMenu;
+class UpdateCheck;
 class Settings;
 class TranslationEngine;
 
@@ -45,6 +48,7 @@ struct FileDialogRequest {
 using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;
 using UrlOpener = std::function<bool(const QUrl&)>;
 using DialogRunner = std::function<int(QDialog*)>; // returns QDialog::DialogCode
+using ProgramStarter = std::function<bool(const QString& program, const QStringList& arguments)>;
 
 // What the main window is built with; all of it has defaults for the real program.
 struct FormMianDeps {
@@ -58,6 +62,7 @@ struct FormMianDeps {
     UrlOpener openUrl;                         // default: QDesktopServices::openUrl
     FileChooser chooseFile;                    // default: a QFileDialog
     DialogRunner runDialog;                    // default: QDialog::exec
+    ProgramStarter startProgram;               // default: QProcess::startDetached
 };
 
 class FormMian : public QMainWindow
@@ -87,6 +92,9 @@ public:
     QCheckBox* check2() const;                      // "Show dictionary"
     QComboBox* ucComText() const;                   // web page address box
     ClipboardMonitor* clipboardMonitor() const;
+    UpdateCheck* updateCheck() const;       // `Timer2`
+    SitesMenu* sitesMenu() const;           // "menuSite"
+    PromotionPanel* promotionPanel() const; // `Timer3`, `WebBrowser3`, `jcbutton2`
 
     QAction* action(const QString& key) const; // menu item by key ("menuF0", "STYLE:2", ...)
     QMenu* systemMenu() const;                 // "SYSMENU", the tray menu

@@ -9,6 +9,7 @@
 #include "desktop/ResultsFile.h"
 #include "desktop/VisualStyle.h"
 #include "net/FormAbout.h"
+#include "net/SitesMenu.h"
 #include "translate/ServiceAddresses.h"
 #include "translate/TranslationEngine.h"
 
@@ -77,8 +78,8 @@ void FormMian::dispatch(const QString& key)
         toggleShowHide();
     } else if (key == QLatin1String("menuF0")) {
         jcbuttonClick(0);
-    } else if (key == QLatin1String("menuSite10")) {
-        d->openUrl(d->addresses().sitesPage());
+    } else if (key.startsWith(QLatin1String("menuSite"))) {
+        d->sites->open(key);
     }
 }
 

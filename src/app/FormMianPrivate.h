@@ -27,6 +27,9 @@ namespace quillora
 class CommandMenus;
 class ConnectivityProbe;
 class GlobalHotKey;
+class PromotionPanel;
+class SitesMenu;
+class UpdateCheck;
 class TranslationEngine;
 struct ServiceAddresses;
 
@@ -66,6 +69,9 @@ struct FormMian::Private {
     QPushButton* jcbutton1 = nullptr;
     std::array<QToolButton*, 2> speaker{};
     CommandMenus* menus = nullptr;
+    SitesMenu* sites = nullptr;
+    UpdateCheck* updateCheck = nullptr;
+    PromotionPanel* promotion = nullptr;
     ClipboardMonitor* clipboard = nullptr;
     std::unique_ptr<GlobalHotKey> hotKey;
     std::unique_ptr<QAudioOutput> audioOutput;
@@ -104,6 +110,8 @@ struct FormMian::Private {
     void refillPickers();
     void applyOptions();
     void registerHotKey();
+    void buildSitesMenu();
+    void buildNetServices();
 
     // Pickers and panes
     void setCombo1Row(int row);
@@ -139,7 +147,8 @@ struct FormMian::Private {
     int runDialog(QDialog* dialog) const;
     QString text(int offset) const;
     // A message box captioned "Notice" with the text of `offset`.
-    void notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned);
+    QMessageBox::StandardButton notice(int offset, QMessageBox::Icon icon,
+                                       QMessageBox::StandardButtons buttons, bool owned);
     const ServiceAddresses& addresses() const;
 };
 

@@ -60,6 +60,31 @@ QUrl ServiceAddresses::outsideTranslator() const
     return QUrl(site + QStringLiteral("/web-translator.html"));
 }
 
+QUrl ServiceAddresses::updateList() const
+{
+    return QUrl(site + QStringLiteral("/Update.txt"));
+}
+
+QUrl ServiceAddresses::latestVersionPage() const
+{
+    return QUrl(site + QStringLiteral("/Lastest.html"));
+}
+
+QUrl ServiceAddresses::advertisePage() const
+{
+    return QUrl(site + QStringLiteral("/advertise.html"));
+}
+
+QUrl ServiceAddresses::makerList(const QString& fileName) const
+{
+    return QUrl(site + QStringLiteral("/list/") + fileName);
+}
+
+QString ServiceAddresses::partnerMail() const
+{
+    return QStringLiteral("partners@zelvan.org");
+}
+
 QString ServiceAddresses::webAddressBoxDefault() const
 {
     return QStringLiteral("www.wikipedia.org");

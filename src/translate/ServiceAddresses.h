@@ -13,7 +13,7 @@ struct ServiceAddresses {
     QString service;   // https://translate.google.com (no trailing slash)
     QString api;       // https://translate.googleapis.com
     QString apiClient; // gtx
-    QString site;      // the maker's own pages
+    QString site;      // the maker's own pages and lists
 
     static ServiceAddresses fromEnvironment();
 
@@ -23,6 +23,12 @@ struct ServiceAddresses {
     QUrl productHome() const;
     QUrl sitesPage() const;
     QUrl outsideTranslator() const;
+    // The update check, the updater and the promotions.
+    QUrl updateList() const;                       // site + "/Update.txt"
+    QUrl latestVersionPage() const;                // site + "/Lastest.html"
+    QUrl advertisePage() const;                    // where the "Your AD here" entry leads
+    QUrl makerList(const QString& fileName) const; // site + "/list/" + fileName
+    QString partnerMail() const;
     QString webAddressBoxDefault() const; // initial text of the address box
     QString speechPlayerAddress() const;  // the service's speech player
 };

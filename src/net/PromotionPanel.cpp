@@ -1,0 +1,157 @@
+#include "net/PromotionPanel.h"
+
+#include "net/Connectivity.h"
+#include "net/Http.h"
+#include "net/PromotionView.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QPointer>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QTimer>
+#include <QWidget>
+#include <algorithm>
+
+namespace quillora
+{
+
+namespace
+{
+
+constexpr int kViewWidth = 468; // the classic banner size
+constexpr int kGap = 4;
+
+} // namespace
+
+PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
+    : QObject(PicAD), m_deps(std::move(deps)), m_timer(new QTimer(this)),
+      m_view(new PromotionView(PicAD, m_deps.openUrl)), m_button(new QPushButton(PicAD))
+{
+    const int height = PicAD->height();
+    m_view->setGeometry(0, 0, std::min(kViewWidth, PicAD->width()), height);
+    m_button->setObjectName(QStringLiteral("jcbutton2"));
+    m_button->setAutoDefault(false);
+    m_button->setGeometry(kViewWidth + kGap, 0, std::max(0, PicAD->width() - kViewWidth - kGap), height);
+    connect(m_button, &QPushButton::clicked, this, &PromotionPanel::jcbutton2_Click);
+
+    SetPromotionPlaceholder();
+    m_shown = m_texts.constFirst();
+    m_button->setText(m_shown.caption);
+    WriteOfflinePromotionFiles();
+    m_view->viewport()->installEventFilter(this);
+
+    m_timer->setObjectName(QStringLiteral("Timer3"));
+    m_timer->setInterval(kTickMs);
+    connect(m_timer, &QTimer::timeout, this, &PromotionPanel::Timer3_Timer);
+    m_timer->start();
+}
+
+// The offline page goes in once the window is on screen; laying it out is no part of the showing.
+bool PromotionPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_view->viewport() && event->type() == QEvent::Paint) {
+        watched->removeEventFilter(this);
+        QTimer::singleShot(kFirstPageDelayMs, this, [this] {
+            if (m_view->page().isEmpty())
+                m_view->showFile(QDir(m_deps.tempFolder).filePath(kOfflinePage));
+        });
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+QAbstractButton* PromotionPanel::jcbutton2() const
+{
+    return m_button;
+}
+
+void PromotionPanel::Timer3_Timer()
+{
+    // A fetch lets the event loop run, and with it the next tick.
+    if (m_ticking)
+        return;
+    if (!m_deps.connectivity->isOnline()) {
+        WriteOfflinePromotionFiles();
+        return;
+    }
+    m_ticking = true;
+    const QPointer<PromotionPanel> alive(this);
+    if (m_refetchCount == kRefetchAt) {
+        const QString pages = GetUrlBytesText(m_deps.addresses.makerList(kPageList), false);
+        if (!alive)
+            return;
+        if (pages.isEmpty())
+            WriteOfflinePromotionFiles();
+        else
+            m_pages = splitPageList(pages);
+        FillPromotionTexts();
+        if (!alive)
+            return;
+        m_refetchCount = 0;
+    }
+    if (m_pageIndex >= m_pages.size())
+        m_pageIndex = 0;
+    if (m_textIndex >= m_texts.size())
+        m_textIndex = 0;
+    if (m_rotationCount == kRotateAt) {
+        // An empty address shows nothing new but still takes its turn.
+        const QString page = m_pages.value(m_pageIndex);
+        if (!page.isEmpty())
+            m_view->navigate(QUrl(page));
+        if (!alive)
+            return;
+        ++m_pageIndex;
+        m_shown = m_texts.value(m_textIndex);
+        m_button->setText(m_shown.caption);
+        ++m_textIndex;
+        m_rotationCount = 0;
+    }
+    ++m_refetchCount;
+    ++m_rotationCount;
+    m_ticking = false;
+}
+
+void PromotionPanel::jcbutton2_Click()
+{
+    m_deps.openUrl(QUrl(m_shown.address));
+}
+
+void PromotionPanel::FillPromotionTexts()
+{
+    const QPointer<PromotionPanel> alive(this);
+    const QString text = GetUrlText(m_deps.addresses.makerList(kTextList));
+    if (!alive)
+        return;
+    const QList<SiteRecord> texts = parseSitesList(text);
+    if (texts.isEmpty()) {
+        SetPromotionPlaceholder();
+        return;
+    }
+    m_texts = texts;
+    m_textIndex = 0;
+}
+
+void PromotionPanel::SetPromotionPlaceholder()
+{
+    m_texts = {{QStringLiteral("Your AD here ") + m_deps.addresses.partnerMail(),
+                m_deps.addresses.advertisePage().toString()}};
+}
+
+void PromotionPanel::WriteOfflinePromotionFiles()
+{
+    const QDir folder(m_deps.tempFolder);
+    for (const QString& name : {kOfflineData, kOfflinePage}) {
+        const QString path = folder.filePath(name);
+        if (QFile::exists(path))
+            continue;
+        QFile resource(QStringLiteral(":/promotion/") + name);
+        QSaveFile out(path);
+        if (!resource.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly))
+            continue;
+        out.write(resource.readAll());
+        out.commit();
+    }
+}
+
+} // namespace quillora

@@ -1,0 +1,119 @@
+// The updater the main program writes beside itself and starts as "Update.exe <program name>" when
+// the user accepts an update. It waits for the program to end, reads the update list again and
+// either puts the verified download in the program's place or, when it cannot or must not, leaves
+// the program alone and opens the download page. Either way the program is started again with "UP".
+#include "net/Http.h"
+#include "net/MakerLists.h"
+#include "translate/ServiceAddresses.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryFile>
+#include <QThread>
+#include <cstdio>
+#include <unistd.h>
+
+using namespace quillora;
+
+namespace
+{
+
+constexpr int kWaitForExitMs = 30000;
+constexpr int kPollMs = 200;
+
+void say(const QString& text)
+{
+    std::fprintf(stderr, "Update.exe: %s\n", qUtf8Printable(text));
+}
+
+// Whether a process other than this one runs the executable at `path`.
+bool isRunning(const QString& path)
+{
+    const QString self = QString::number(QCoreApplication::applicationPid());
+    const QStringList pids = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& pid : pids) {
+        if (pid == self || pid.front() < QLatin1Char('0') || pid.front() > QLatin1Char('9'))
+            continue;
+        const QString exe = QFileInfo(QStringLiteral("/proc/%1/exe").arg(pid)).symLinkTarget();
+        if (exe == path)
+            return true;
+    }
+    return false;
+}
+
+bool waitUntilEnded(const QString& path)
+{
+    QDeadlineTimer deadline(kWaitForExitMs);
+    while (isRunning(path)) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(kPollMs);
+    }
+    return true;
+}
+
+// The download in the program's place: written beside it, made executable, then renamed over it,
+// so the program is either the old one or the whole new one. Checked before anything is written.
+QString replaceProgram(const QString& program, const UpdateList& list)
+{
+    const QString folder = QFileInfo(program).absolutePath();
+    if (::access(QFile::encodeName(folder).constData(), W_OK) != 0)
+        return QStringLiteral("the program's folder is not writable here");
+    if (list.sha256.isEmpty())
+        return QStringLiteral("the update list gives no digest");
+    HttpClient http;
+    const HttpReply reply = http.get(QUrl(list.download));
+    if (!reply.ok() || reply.status != 200)
+        return QStringLiteral("the download failed: %1").arg(reply.errorText);
+    if (QCryptographicHash::hash(reply.body, QCryptographicHash::Sha256) != list.sha256)
+        return QStringLiteral("the download does not match its digest");
+
+    QTemporaryFile part(folder + QStringLiteral("/.") + QFileInfo(program).fileName() +
+                        QStringLiteral(".XXXXXX"));
+    if (!part.open() || part.write(reply.body) != reply.body.size() || !part.flush() ||
+        ::fsync(part.handle()) != 0)
+        return QStringLiteral("cannot write beside the program: %1").arg(part.errorString());
+    const QFile::Permissions kept = QFile::permissions(program);
+    part.setPermissions(kept | QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (::rename(QFile::encodeName(part.fileName()).constData(), QFile::encodeName(program).constData()) != 0)
+        return QStringLiteral("cannot put the new program in place");
+    part.setAutoRemove(false);
+    return {};
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = QCoreApplication::arguments().mid(1);
+    if (args.isEmpty()) {
+        say(QStringLiteral("usage: Update.exe <program name>"));
+        return 2;
+    }
+    const QString program =
+        QDir(QCoreApplication::applicationDirPath()).filePath(args.join(QLatin1Char(' ')));
+    const QString running = QFileInfo(program).canonicalFilePath();
+    if (!waitUntilEnded(running.isEmpty() ? program : running))
+        say(QStringLiteral("%1 is still running; going on").arg(program));
+
+    const ServiceAddresses site = ServiceAddresses::fromEnvironment();
+    const UpdateList list = parseUpdateList(GetUrlBytesText(site.updateList(), true));
+    const QString failure = replaceProgram(program, list);
+    if (failure.isEmpty()) {
+        say(QStringLiteral("%1 updated to %2").arg(program, list.version));
+    } else {
+        say(failure);
+        if (!list.download.isEmpty() && !QProcess::startDetached(QStringLiteral("xdg-open"), {list.download}))
+            say(QStringLiteral("cannot open %1").arg(list.download));
+    }
+    if (!QProcess::startDetached(program, {QStringLiteral("UP")}, QFileInfo(program).absolutePath())) {
+        say(QStringLiteral("cannot start %1").arg(program));
+        return 1;
+    }
+    return 0;
+}

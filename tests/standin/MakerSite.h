@@ -1,0 +1,79 @@
+#pragma once
+
+#include "net/MakerLists.h"
+#include "standin/StandinService.h"
+
+#include <QCryptographicHash>
+
+namespace quillora::test
+{
+
+// The maker's site on a stand-in service: the update list, the sites lists, the promotion lists and
+// pages, all under <service>/files, which is what QUILLORA_SITE_URL points at. Files not set answer 404.
+class MakerSite
+{
+public:
+    explicit MakerSite(StandinService& service) : m_service(service) {}
+
+    QString url() const { return m_service.baseUrl() + QStringLiteral("/files"); }
+    QString urlOf(const QString& name) const { return url() + u'/' + name; }
+    // GET requests for a file of the site so far.
+    int requests(const QString& name) const
+    {
+        return m_service.count("GET", QStringLiteral("/files/") + name);
+    }
+
+    // "version|1|download|details with the marker|sha256"; an empty digest leaves the field out.
+    void setUpdate(const QString& version, const QString& download = {}, const QByteArray& digestHex = {},
+                   const QString& details = QStringLiteral("Updates:\r\nfaster start"))
+    {
+        QString list = version + QStringLiteral("|7|") + download + u'|' + details;
+        if (!digestHex.isEmpty())
+            list += u'|' + QString::fromLatin1(digestHex);
+        m_service.setFile(QStringLiteral("Update.txt"), list.toUtf8());
+    }
+    // Serves `bytes` as a download and returns its address.
+    QString setDownload(const QString& name, const QByteArray& bytes)
+    {
+        m_service.setFile(name, bytes, "application/octet-stream");
+        return urlOf(name);
+    }
+    static QByteArray sha256Hex(const QByteArray& bytes)
+    {
+        return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+    }
+
+    // A list under list/: "caption|address" records joined by "<".
+    void setList(const QString& fileName, const QList<SiteRecord>& records)
+    {
+        QStringList joined;
+        for (const SiteRecord& r : records)
+            joined << r.caption + u'|' + r.address;
+        m_service.setFile(QStringLiteral("list/") + fileName, joined.join(u'<').toUtf8(),
+                          "text/plain; charset=UTF-8");
+    }
+    void setPageList(const QStringList& pages)
+    {
+        m_service.setFile(QStringLiteral("list/ADlist21.txt"), pages.join(QStringLiteral("<|")).toUtf8());
+    }
+    // A promotion page under promo/ showing `title`, a link and the banner image; returns its address.
+    QString addPromotionPage(const QString& name, const QString& title)
+    {
+        static const QByteArray png =
+            QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+"
+                                   "M9QDwADhgGAWjR9awAAAABJRU5ErkJggg==");
+        m_service.setFile(QStringLiteral("promo/banner.png"), png, "image/png");
+        const QString html =
+            QStringLiteral("<html><body><a href=\"offer.html\"><img src=\"banner.png\"></a> %1"
+                           "<script>document.title='ran'</script></body></html>")
+                .arg(title);
+        m_service.setFile(QStringLiteral("promo/") + name, html.toUtf8(), "text/html; charset=UTF-8");
+        return urlOf(QStringLiteral("promo/") + name);
+    }
+    void remove(const QString& name) { m_service.removeFile(name); }
+
+private:
+    StandinService& m_service;
+};
+
+} // namespace quillora::test

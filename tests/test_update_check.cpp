@@ -1,0 +1,326 @@
+#include "TestSupport.h"
+#include "app/FormMian.h"
+#include "app/Settings.h"
+#include "app/StringTable.h"
+#include "net/Connectivity.h"
+#include "net/Form1.h"
+#include "net/PromotionPanel.h"
+#include "net/PromotionView.h"
+#include "net/SitesMenu.h"
+#include "net/UpdateCheck.h"
+#include "standin/MakerSite.h"
+#include "translate/ServiceAddresses.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace quillora;
+using namespace quillora::test;
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString kStalePage = u"<html><body>stale page</body></html>"_s;
+
+// The real main window against a stand-in maker's site, in a private program folder and temporary
+// folder, with every box, opened address and started program recorded.
+struct Rig {
+    explicit Rig(const QString& language = u"1"_s, bool stalePage = false)
+    {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+        if (stalePage)
+            writeFile(runtime.filePath(u"quillora/offADen21.htm"_s), kStalePage.toUtf8());
+        if (!service.listen())
+            qFatal("the stand-in site cannot listen");
+        qputenv("QUILLORA_SITE_URL", site.url().toUtf8());
+        QSettings raw(dir.filePath(u"Quillora.conf"_s), QSettings::IniFormat);
+        raw.setValue(u"Setup/Language"_s, language);
+        raw.sync();
+        settings = std::make_unique<Settings>(raw.fileName());
+        FormMianDeps deps;
+        deps.settings = settings.get();
+        deps.connectivity = &connectivity;
+        deps.registerHotKey = false;
+        deps.programPath = dir.filePath(u"quillora"_s);
+        deps.notice = [this](QWidget*, const NoticeRequest& request) { return notices << request, answer; };
+        deps.openUrl = [this](const QUrl& url) { return opened << url.toString(), true; };
+        deps.startProgram = [this](const QString& program, const QStringList& args) {
+            return started << (QStringList{program} + args), true;
+        };
+        window = std::make_unique<FormMian>(deps);
+        window->promotionPanel()->Timer3()->stop(); // ticks are driven by hand
+    }
+    QString updater() const { return dir.filePath(u"Update.exe"_s); }
+    QMenu* sites() const { return window->findChild<QMenu*>(u"SITEMENU"_s); }
+    QString siteKeys() const
+    {
+        QStringList keys;
+        for (const QAction* item : sites()->actions())
+            keys << item->objectName() + u'=' + item->text();
+        return keys.join(u' ');
+    }
+    void showAndWaitForSites()
+    {
+        QSignalSpy filled(window->sitesMenu(), &SitesMenu::filled);
+        window->show();
+        QVERIFY(filled.wait(5000));
+    }
+
+    QTemporaryDir dir, runtime;
+    StandinService service;
+    MakerSite site{service};
+    FixedConnectivity connectivity{true};
+    std::unique_ptr<Settings> settings;
+    QList<NoticeRequest> notices;
+    QMessageBox::StandardButton answer = QMessageBox::Ok;
+    QStringList opened;
+    QList<QStringList> started;
+    std::unique_ptr<FormMian> window; // last: it goes before what it uses
+};
+
+QByteArray builtUpdater()
+{
+    return readFile(qEnvironmentVariable("QUILLORA_BUILD_DIR") + u"/src/quillora-updater"_s);
+}
+
+} // namespace
+
+class UpdateCheckTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void updateCheck_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("details");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("asked");
+        QTest::addColumn<QString>("updaterLeft"); // "stale", "built" or "" for none
+        const int ok = QMessageBox::Ok, cancel = QMessageBox::Cancel;
+        QTest::newRow("equal") << u"2.1.91"_s << u"Updates"_s << ok << false << QString();
+        QTest::newRow("older") << u"2.1.90"_s << u"Updates"_s << ok << false << QString();
+        QTest::newRow("textually older") << u"2.1.100"_s << u"Updates"_s << ok << false << QString();
+        QTest::newRow("no marker") << u"2.1.92"_s << u"news"_s << ok << false << u"stale"_s;
+        QTest::newRow("newer, Cancel") << u"2.1.92"_s << u"Updates"_s << cancel << true << QString();
+        QTest::newRow("newer, OK") << u"2.1.92"_s << u"Updates"_s << ok << true << u"built"_s;
+    }
+    void updateCheck()
+    {
+        QFETCH(QString, version);
+        QFETCH(QString, details);
+        QFETCH(int, answer);
+        QFETCH(bool, asked);
+        QFETCH(QString, updaterLeft);
+        Rig rig;
+        rig.answer = QMessageBox::StandardButton(answer);
+        rig.site.setUpdate(version, rig.site.urlOf(u"quillora-2.1.92"_s), {}, details);
+        QVERIFY(writeFile(rig.updater(), "stale"));
+        QSignalSpy exiting(rig.window.get(), &FormMian::exiting);
+
+        rig.window->updateCheck()->Timer2_Timer();
+        QCOMPARE(rig.site.requests(u"Update.txt"_s), 1);
+        QCOMPARE(rig.notices.size(), asked ? 1 : 0);
+        if (asked) {
+            const NoticeRequest& q = rig.notices.constFirst();
+            QCOMPARE(q.title + u'|' + q.text, u"Notice|A new version was found, update now?"_s);
+            QVERIFY(q.buttons == (QMessageBox::Ok | QMessageBox::Cancel) &&
+                    q.icon == QMessageBox::Information);
+        }
+        const bool handedOver = updaterLeft == u"built";
+        QCOMPARE(rig.opened, asked && !handedOver ? QStringList{rig.site.url() + u'/'} : QStringList());
+        QCOMPARE(QFile::exists(rig.updater()), !updaterLeft.isEmpty());
+        if (!updaterLeft.isEmpty())
+            QCOMPARE(readFile(rig.updater()), handedOver ? builtUpdater() : QByteArray("stale"));
+        QCOMPARE(QFileInfo(rig.updater()).isExecutable(), handedOver);
+        const QList<QStringList> handOver{{rig.updater(), u"quillora"_s}};
+        QCOMPARE(rig.started, handedOver ? handOver : QList<QStringList>());
+        QCOMPARE(rig.window->exitRequested(), handedOver);
+        QCOMPARE(exiting.size(), handedOver ? 1 : 0);
+    }
+
+    void offlineSaysSoOnce()
+    {
+        Rig rig;
+        rig.connectivity.setOnline(false);
+        rig.site.setUpdate(u"2.1.92"_s);
+        QTimer* timer = rig.window->updateCheck()->Timer2();
+        QVERIFY(timer->isActive());
+        timer->setInterval(10);
+        QTRY_COMPARE(rig.notices.size(), 1);
+        QTest::qWait(100);
+        QCOMPARE(rig.notices.size(), 1);
+        QCOMPARE(rig.notices.constFirst().text, u"Is not connected to the Internet."_s);
+        QCOMPARE(rig.site.requests(u"Update.txt"_s), 0);
+        QVERIFY(!timer->isActive());
+    }
+
+    void updateMessageWindow_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<QString>("opens");
+        QTest::newRow("Details") << 0 << u"http://site/Lastest.html"_s;
+        QTest::newRow("Download") << 1 << u"http://site/q.tar"_s;
+        QTest::newRow("Next Time") << 2 << QString();
+    }
+    void updateMessageWindow()
+    {
+        QFETCH(int, button);
+        QFETCH(QString, opens);
+        QStringList opened;
+        Form1 form(1, u"2.1.92|42|http://site/q.tar|Updates:\r\nfaster"_s,
+                   QUrl(u"http://site/Lastest.html"_s),
+                   [&opened](const QUrl& url) { return opened << url.toString(), true; });
+        form.show();
+        QCOMPARE(form.windowTitle() + u'|' + form.prompt(),
+                 u"Update Message|A new version was found, update now?"_s);
+        QCOMPARE(form.jcbutton1(0)->text() + u'|' + form.jcbutton1(1)->text() + u'|' +
+                     form.jcbutton1(2)->text(),
+                 u"Details|Download|Next Time"_s);
+        QCOMPARE(form.Text1()->toPlainText().replace(u'\r', QString()),
+                 u"Version: V2.1.92\nUpdates:\nfaster"_s);
+        QCOMPARE(form.number(), 42);
+        form.jcbutton1(button)->click();
+        QCOMPARE(opened, opens.isEmpty() ? QStringList() : QStringList{opens});
+        QVERIFY(!form.isVisible());
+    }
+
+    void sitesMenu_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("served"); // the one list file the site has
+        QTest::addColumn<QString>("asked");  // the list files asked for, in order
+        QTest::newRow("French shares the Slovak list") << u"7"_s << u"CDlist26.txt"_s << u"CDlist26.txt"_s;
+        QTest::newRow("Slovak") << u"6"_s << u"CDlist26.txt"_s << u"CDlist26.txt"_s;
+        QTest::newRow("alternate") << u"1"_s << u"ZTlist21.txt"_s << u"CDlist21.txt ZTlist21.txt"_s;
+        QTest::newRow("none") << u"2"_s << QString() << u"CDlist22.txt ZTlist22.txt"_s;
+    }
+    void sitesMenu()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, served);
+        QFETCH(QString, asked);
+        Rig rig(language);
+        if (!served.isEmpty())
+            rig.site.setList(served, {{u"News"_s, u"http://news"_s}, {u"Maps"_s, u"http://maps"_s}});
+        // Only the fixed item, and nothing asked, until the window has shown.
+        QCOMPARE(rig.sites()->actions().size(), 1);
+        QCOMPARE(rig.service.requests().size(), 0);
+        rig.showAndWaitForSites();
+        QStringList requested;
+        for (const auto& request : rig.service.requests())
+            requested << request.path().section(u'/', -1);
+        QCOMPARE(requested.join(u' '), asked);
+        const QString fixed = u"menuSite10="_s + StringTable::text(language.toInt(), 127);
+        QCOMPARE(rig.siteKeys(), served.isEmpty() ? fixed : u"menuSite0=News menuSite1=Maps "_s + fixed);
+        for (QAction* item : rig.sites()->actions())
+            item->trigger();
+        QCOMPARE(rig.opened.join(u' '), (served.isEmpty() ? QString() : u"http://news http://maps "_s) +
+                                            rig.site.url() + u"/sites.html"_s);
+    }
+
+    void sitesMenuKeyCollisionAndLanguageChange()
+    {
+        Rig rig;
+        QList<SiteRecord> twelve;
+        for (int i = 0; i < 12; ++i)
+            twelve.append({u"S%1"_s.arg(i), u"http://s%1"_s.arg(i)});
+        rig.site.setList(u"CDlist21.txt"_s, twelve);
+        rig.site.setList(u"CDlist26.txt"_s, {{u"Le Monde"_s, u"http://lemonde"_s}});
+        rig.showAndWaitForSites();
+        QList<QAction*> items = rig.sites()->actions();
+        QCOMPARE(items.size(), 13);
+        items.at(10)->trigger(); // the record that also got the key "menuSite10"
+        items.at(11)->trigger();
+        QCOMPARE(rig.opened, QStringList({rig.site.url() + u"/sites.html"_s, u"http://s11"_s}));
+
+        QSignalSpy filled(rig.window->sitesMenu(), &SitesMenu::filled);
+        rig.window->dispatch(u"menuS214"_s);
+        QVERIFY(filled.wait(5000));
+        QCOMPARE(rig.siteKeys(), u"menuSite0=Le Monde menuSite10=Sites Web célèbres dans le monde"_s);
+    }
+
+    void promotionRotation()
+    {
+        Rig rig;
+        const QString one = rig.site.addPromotionPage(u"one.html"_s, u"First"_s);
+        const QString two = rig.site.addPromotionPage(u"two.html"_s, u"Second"_s);
+        rig.site.setPageList({one, two, QString()}); // a trailing separator
+        rig.site.setList(u"TXlist21.txt"_s, {{u"Offer A"_s, u"http://a"_s}, {u"Offer B"_s, u"http://b"_s}});
+        PromotionPanel* panel = rig.window->promotionPanel();
+        PromotionView* view = panel->WebBrowser3();
+        rig.window->show(); // images are asked for when the page is laid out
+        const auto tick = [panel](int n) {
+            for (int i = 0; i < n; ++i)
+                panel->Timer3_Timer();
+        };
+        const auto state = [&] {
+            return QStringList{QString::number(rig.site.requests(u"promo/one.html"_s)),
+                               QString::number(rig.site.requests(u"promo/two.html"_s)),
+                               view->page().fileName(), panel->jcbutton2()->text()}
+                .join(u' ');
+        };
+        QTRY_COMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
+        tick(15); // the first tick fetches both lists
+        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s) + rig.site.requests(u"list/TXlist21.txt"_s), 2);
+        QCOMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
+        tick(1);
+        QCOMPARE(state(), u"1 0 one.html Offer A"_s);
+        QTRY_VERIFY(rig.site.requests(u"promo/banner.png"_s) == 1 &&
+                    view->toPlainText().contains(u"First"_s));
+        panel->jcbutton2()->click();
+        Q_EMIT view->anchorClicked(QUrl(u"offer.html"_s));
+        QCOMPARE(rig.opened, QStringList({u"http://a"_s, rig.site.urlOf(u"promo/offer.html"_s)}));
+        QVERIFY(view->geometry().bottom() < rig.window->findChild<QWidget*>(u"PicAD"_s)->height());
+
+        // The reset comes before the count, so later turns are 15 ticks apart.
+        tick(14);
+        QCOMPARE(state(), u"1 0 one.html Offer A"_s);
+        tick(1);
+        QCOMPARE(state(), u"1 1 two.html Offer B"_s);
+        tick(15); // the empty address takes its turn without a page
+        QCOMPARE(state(), u"1 1 two.html Offer A"_s);
+        tick(15);
+        QCOMPARE(state(), u"2 1 one.html Offer B"_s);
+
+        tick(180 - 61);
+        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 1);
+        tick(1);
+        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 2);
+    }
+
+    void offlineFilesAreNeverOverwritten()
+    {
+        Rig rig(u"1"_s, true);
+        const QString folder = rig.runtime.filePath(u"quillora"_s);
+        PromotionPanel* panel = rig.window->promotionPanel();
+        rig.window->show();
+        QTRY_VERIFY(panel->WebBrowser3()->toPlainText().contains(u"stale page"_s));
+        QFile data(u":/promotion/offADen21.xml"_s);
+        QVERIFY(data.open(QIODevice::ReadOnly));
+        QCOMPARE(readFile(folder + u"/offADen21.xml"_s), data.readAll());
+
+        rig.connectivity.setOnline(false);
+        QVERIFY(QFile::remove(folder + u"/offADen21.xml"_s));
+        for (int i = 0; i < 20; ++i)
+            panel->Timer3_Timer();
+        QVERIFY(QFile::exists(folder + u"/offADen21.xml"_s));
+        QCOMPARE(readFile(folder + u"/offADen21.htm"_s), kStalePage.toUtf8());
+        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 0);
+        // Offline ticks do not count: the first connected one still fetches the lists.
+        rig.connectivity.setOnline(true);
+        panel->Timer3_Timer();
+        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 1);
+    }
+};
+
+QTEST_MAIN(UpdateCheckTest)
+#include "test_update_check.moc"

@@ -1,0 +1,124 @@
+#include "TestSupport.h"
+#include "standin/MakerSite.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+
+using namespace quillora;
+using namespace quillora::test;
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Processes running the executable at `path`, with their arguments after the program.
+QList<QPair<qint64, QStringList>> runningAt(const QString& path)
+{
+    QList<QPair<qint64, QStringList>> found;
+    for (const QString& pid : QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (QFileInfo(u"/proc/"_s + pid + u"/exe"_s).symLinkTarget() != path)
+            continue;
+        QStringList args = QString::fromUtf8(readFile(u"/proc/"_s + pid + u"/cmdline"_s)).split(QChar(0));
+        args.removeLast(); // after the closing NUL
+        found.append({pid.toLongLong(), args.mid(1)});
+    }
+    return found;
+}
+
+} // namespace
+
+// The real updater, as the program writes it, hands over to a real program in a temporary folder.
+class UpdaterHandoffTest : public QObject
+{
+    Q_OBJECT
+    QString m_build = qEnvironmentVariable("QUILLORA_BUILD_DIR");
+
+private Q_SLOTS:
+    void handoff_data()
+    {
+        QTest::addColumn<QString>("digest"); // "right", "wrong" or "" for none
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("digest matches") << u"right"_s << true;
+        QTest::newRow("wrong digest") << u"wrong"_s << false;
+        QTest::newRow("no digest") << QString() << false;
+    }
+    void handoff()
+    {
+        QFETCH(QString, digest);
+        QFETCH(bool, replaced);
+        QTemporaryDir dir;
+        const QString program = dir.filePath(u"quillora"_s);
+        const QByteArray old = readFile(m_build + u"/src/quillora"_s);
+        QVERIFY(!old.isEmpty() && writeFile(program, old) &&
+                writeFile(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
+        const auto exec = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+        QVERIFY(QFile::setPermissions(program, exec) &&
+                QFile::setPermissions(dir.filePath(u"Update.exe"_s), exec));
+        // The "browser" and the "new version" write down how they were started.
+        const QByteArray recorder =
+            "#!/bin/sh\necho \"$0 $*\" >> " + QFile::encodeName(dir.filePath(u"started"_s)) + "\n";
+        QVERIFY(writeFile(dir.filePath(u"bin/xdg-open"_s), recorder));
+        QVERIFY(QFile::setPermissions(dir.filePath(u"bin/xdg-open"_s), exec));
+
+        StandinService service;
+        QVERIFY(service.listen());
+        MakerSite site(service);
+        const QString download = site.setDownload(u"quillora-2.1.92"_s, recorder);
+        const QByteArray hex =
+            digest.isEmpty() ? QByteArray()
+                             : MakerSite::sha256Hex(digest == u"right" ? recorder : QByteArray("other"));
+        site.setUpdate(u"2.1.92"_s, download, hex);
+
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(u"QUILLORA_SITE_URL"_s, site.url());
+        env.insert(u"QUILLORA_SERVICE_URL"_s, u"http://127.0.0.1:9"_s);
+        env.insert(u"QUILLORA_API_URL"_s, u"http://127.0.0.1:9"_s);
+        env.insert(u"PATH"_s, dir.filePath(u"bin"_s) + u':' + env.value(u"PATH"_s));
+        env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+
+        // The old program is still running when the updater starts: it waits for its end.
+        QProcess running;
+        running.setProcessEnvironment(env);
+        running.start(program, {u"mini"_s});
+        QTRY_VERIFY(!runningAt(program).isEmpty());
+        QProcess updater;
+        updater.setProcessEnvironment(env);
+        // Files, not pipes: what the updater starts outlives it and must be able to write.
+        updater.setStandardOutputFile(QProcess::nullDevice());
+        updater.setStandardErrorFile(dir.filePath(u"updater.log"_s));
+        updater.start(dir.filePath(u"Update.exe"_s), {u"quillora"_s});
+        QVERIFY(updater.waitForStarted());
+        QTest::qWait(1000);
+        QCOMPARE(site.requests(u"Update.txt"_s), 0);
+        running.terminate();
+        QTRY_VERIFY_WITH_TIMEOUT(running.state() == QProcess::NotRunning, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.state() == QProcess::NotRunning, 20000);
+        QVERIFY2(updater.exitCode() == 0, readFile(dir.filePath(u"updater.log"_s)).constData());
+        QCOMPARE(site.requests(u"Update.txt"_s), 1);
+        QCOMPARE(site.requests(u"quillora-2.1.92"_s), digest.isEmpty() ? 0 : 1);
+
+        QCOMPARE(readFile(program), replaced ? recorder : old);
+        QVERIFY(QFileInfo(program).isExecutable());
+        QCOMPARE(QDir(dir.path()).entryList({u".*"_s}, QDir::Files | QDir::Hidden),
+                 QStringList()); // no part left
+        if (replaced) {
+            QTRY_COMPARE(QString::fromUtf8(readFile(dir.filePath(u"started"_s))), program + u" UP\n"_s);
+            return;
+        }
+        QTRY_COMPARE(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
+                     dir.filePath(u"bin/xdg-open "_s) + download + u'\n');
+        // The old program comes back with "UP".
+        QList<QPair<qint64, QStringList>> again;
+        QTRY_VERIFY((again = runningAt(program)).size() == 1);
+        QCOMPARE(again.constFirst().second, QStringList{u"UP"_s});
+        ::kill(pid_t(again.constFirst().first), SIGTERM);
+        QTRY_VERIFY_WITH_TIMEOUT(runningAt(program).isEmpty(), 10000);
+    }
+};
+
+QTEST_GUILESS_MAIN(UpdaterHandoffTest)
+#include "test_updater_handoff.moc"
