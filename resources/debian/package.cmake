@@ -31,7 +31,8 @@ set(QUILLORA_DEB_RECOMMENDS
     gstreamer1.0-plugins-good
     "gstreamer1.0-pulseaudio | gstreamer1.0-alsa"
     xdg-desktop-portal
-    qt6-wayland)
+    qt6-wayland
+    xdg-utils)
 set(QUILLORA_DEB_SUGGESTS bash-completion apertium apertium-eng-spa)
 list(JOIN QUILLORA_DEB_RECOMMENDS ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS)
 list(JOIN QUILLORA_DEB_SUGGESTS ", " CPACK_DEBIAN_PACKAGE_SUGGESTS)
