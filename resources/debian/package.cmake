@@ -25,7 +25,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt6svg6)
 
 # Loaded at run time, so dpkg-shlibdeps cannot see them: media plug-ins for the speaker buttons, the
-# desktop portal for the global key under Wayland, Qt's Wayland platform.
+# desktop portal for the global key under Wayland, Qt's Wayland platform, and xdg-open for the updater.
 set(QUILLORA_DEB_RECOMMENDS
     gstreamer1.0-plugins-base
     gstreamer1.0-plugins-good
