@@ -84,7 +84,7 @@ private Q_SLOTS:
         QProcess running;
         running.setProcessEnvironment(env);
         running.start(program, {u"mini"_s});
-        QTRY_VERIFY(!runningAt(program).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!runningAt(program).isEmpty(), 20000);
         QProcess updater;
         updater.setProcessEnvironment(env);
         // Files, not pipes: what the updater starts outlives it and must be able to write.
@@ -106,14 +106,15 @@ private Q_SLOTS:
         QCOMPARE(QDir(dir.path()).entryList({u".*"_s}, QDir::Files | QDir::Hidden),
                  QStringList()); // no part left
         if (replaced) {
-            QTRY_COMPARE(QString::fromUtf8(readFile(dir.filePath(u"started"_s))), program + u" UP\n"_s);
+            QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
+                                      program + u" UP\n"_s, 20000);
             return;
         }
-        QTRY_COMPARE(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
-                     dir.filePath(u"bin/xdg-open "_s) + download + u'\n');
+        QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
+                                  dir.filePath(u"bin/xdg-open "_s) + download + u'\n', 20000);
         // The old program comes back with "UP".
         QList<QPair<qint64, QStringList>> again;
-        QTRY_VERIFY((again = runningAt(program)).size() == 1);
+        QTRY_VERIFY_WITH_TIMEOUT((again = runningAt(program)).size() == 1, 20000);
         QCOMPARE(again.constFirst().second, QStringList{u"UP"_s});
         ::kill(pid_t(again.constFirst().first), SIGTERM);
         QTRY_VERIFY_WITH_TIMEOUT(runningAt(program).isEmpty(), 10000);
