@@ -16,7 +16,8 @@ enum StatusOffset {
     MsgSpeechFailed = 206,    // the spoken audio could not be played
     MsgHotKeyTaken = 207,     // F11 is held by another program
     MsgNoTranslation = 208,   // an answer with nothing in it
-    MsgTranslating = 209      // shown while a request runs
+    MsgTranslating = 209,     // shown while a request runs
+    MsgClipboardFocus = 210   // copies are seen only while the window has the focus
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.
