@@ -1,10 +1,12 @@
 #include "TestSupport.h"
+#include "app/StringTable.h"
 #include "desktop/PipeTransfer.h"
 #include "desktop/WaylandClipboard.h"
 #include "wayland/WlCopy.h"
 #include "x11/ClipboardDesk.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTimer>
@@ -43,7 +45,9 @@ private Q_SLOTS:
 
     void init()
     {
-        // Nothing from the last case may be taken at load.
+        // Nothing from the last case may be taken at load, not even what Qt's own clipboard still
+        // holds from an auto-copy the compositor refused it.
+        QGuiApplication::clipboard()->clear();
         QVERIFY(test::runCommand("wl-copy", {"--clear"}).ok());
         QTRY_VERIFY(WlCopy::read().isEmpty());
     }
@@ -109,6 +113,18 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
         QTest::qWait(2000);
         QCOMPARE(desk.translationRequests(), 2);
+    }
+
+    void withoutDataControlOnlyTheFocusedWindowWatches()
+    {
+        qputenv("QUILLORA_CLIPBOARD", "focus");
+        ClipboardDesk desk({});
+        qunsetenv("QUILLORA_CLIPBOARD");
+        QCOMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgClipboardFocus));
+        m_wlCopy.copy("hello");
+        QTRY_COMPARE(WlCopy::read(), "hello");
+        QTest::qWait(800);
+        QCOMPARE(desk.translationRequests(), 0);
     }
 
     // An offer whose writer stalls or never stops ends in failure within the limits.

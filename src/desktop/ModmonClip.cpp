@@ -15,7 +15,9 @@ ClipboardMonitor::ClipboardMonitor(QClipboard* clipboard, QObject* parent)
 {
     if (QGuiApplication::platformName() != QLatin1String("wayland"))
         return;
-    m_wayland = WaylandClipboard::connectToSession();
+    // QUILLORA_CLIPBOARD=focus stands for a compositor without data-control.
+    if (qEnvironmentVariable("QUILLORA_CLIPBOARD") != QLatin1String("focus"))
+        m_wayland = WaylandClipboard::connectToSession();
     m_focusOnly = !m_wayland;
     if (!m_wayland)
         return;
