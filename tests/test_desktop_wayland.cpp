@@ -127,6 +127,22 @@ private Q_SLOTS:
         QCOMPARE(desk.translationRequests(), 0);
     }
 
+    // Only this connection's own copies are marked own; another running Quillora's are not.
+    void ownCopiesAreTold()
+    {
+        const auto mine = WaylandClipboard::connectToSession();
+        const auto other = WaylandClipboard::connectToSession();
+        mine->setWatching(true);
+        QSignalSpy seen(mine.get(), &WaylandClipboard::selectionText);
+        other->setText("salut");
+        QTRY_COMPARE(seen.size(), 1);
+        mine->setText("bonjour");
+        QTRY_COMPARE(seen.size(), 2);
+        QCOMPARE(seen[0], QVariantList({"salut", false}));
+        QCOMPARE(seen[1], QVariantList({"bonjour", true}));
+        QCOMPARE(WlCopy::read(), "bonjour");
+    }
+
     // An offer whose writer stalls or never stops ends in failure within the limits.
     void readsAreCappedInSizeAndTime_data()
     {

@@ -4,6 +4,7 @@
 #include "net/Http.h"
 #include "wlr-data-control-unstable-v1-client-protocol.h"
 
+#include <QCoreApplication>
 #include <QList>
 #include <array>
 #include <cerrno>
@@ -19,8 +20,14 @@ namespace quillora
 namespace
 {
 
-// Marks the clipboard sources this program made, so their notices can be told from other copies.
-constexpr char kOwnType[] = "application/x-quillora-own";
+// Marks the clipboard sources this object made, so their notices can be told from other copies,
+// those of another running Quillora included.
+QByteArray ownType(const void* owner)
+{
+    return QByteArrayLiteral("application/x-quillora-own-") +
+           QByteArray::number(QCoreApplication::applicationPid()) + '-' +
+           QByteArray::number(quintptr(owner), 16);
+}
 // Text types in the order they are asked for; the first ones are UTF-8 by definition.
 constexpr std::array<const char*, 5> kTextTypes{"text/plain;charset=utf-8", "UTF8_STRING", "text/plain",
                                                 "STRING", "TEXT"};
@@ -115,7 +122,7 @@ std::unique_ptr<WaylandClipboard> WaylandClipboard::connectToSession(QObject* pa
 
 WaylandClipboard::WaylandClipboard(wl_display* display, zwlr_data_control_manager_v1* manager, wl_seat* seat,
                                    QObject* parent)
-    : QObject(parent), m_display(display), m_manager(manager), m_seat(seat),
+    : QObject(parent), m_display(display), m_manager(manager), m_seat(seat), m_ownType(ownType(this)),
       m_notifier(wl_display_get_fd(display), QSocketNotifier::Read)
 {
     static const zwlr_data_control_device_v1_listener deviceListener{deviceDataOffer, deviceSelection,
@@ -218,7 +225,7 @@ void WaylandClipboard::readSelection()
     const char* type = offer ? offer->textType() : nullptr;
     if (!type)
         return;
-    if (offer->types.contains(QByteArray(kOwnType))) {
+    if (offer->types.contains(m_ownType)) {
         Q_EMIT selectionText(QString::fromUtf8(m_ownBytes), true);
         return;
     }
@@ -246,7 +253,7 @@ void WaylandClipboard::setText(const QString& text)
     zwlr_data_control_source_v1_add_listener(source, &sourceListener, this);
     for (const char* type : kTextTypes)
         zwlr_data_control_source_v1_offer(source, type);
-    zwlr_data_control_source_v1_offer(source, kOwnType);
+    zwlr_data_control_source_v1_offer(source, m_ownType.constData());
     zwlr_data_control_device_v1_set_selection(m_device, source);
     if (m_source)
         zwlr_data_control_source_v1_destroy(m_source);

@@ -67,6 +67,7 @@ private:
     std::unique_ptr<Offer> m_pending; // announced, not yet the selection
     std::unique_ptr<Offer> m_current; // the clipboard now
     zwlr_data_control_source_v1* m_source = nullptr;
+    QByteArray m_ownType;
     QByteArray m_ownBytes;
     PipeReader* m_reader = nullptr;
     bool m_watching = false;
