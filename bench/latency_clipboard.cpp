@@ -1,7 +1,9 @@
-// How long a copy in another program takes to reach the translation service: xclip is started with
-// a new text and the clock stops when the stand-in service receives the request. Needs an X server
-// (run it through tests/xsession.sh). A second figure isolates the clipboard notice alone.
+// How long a copy in another program takes to reach the translation service: xclip (X11) or wl-copy
+// (Wayland) is started with a new text and the clock stops when the stand-in service receives the
+// request. Run it inside tests/xsession.sh or tests/waylandsession.sh; the rows carry the platform's
+// name. A second figure isolates the clipboard notice alone.
 #include "desktop/ModmonClip.h"
+#include "wayland/WlCopy.h"
 #include "x11/ClipboardDesk.h"
 
 #include <QApplication>
@@ -14,6 +16,7 @@
 using namespace quillora;
 using quillora::test::ClipboardDesk;
 using quillora::test::StandinService;
+using quillora::test::WlCopy;
 using quillora::test::Xclip;
 
 namespace
@@ -27,10 +30,10 @@ QByteArray nextText()
     return QStringLiteral("hello %1").arg(++copyNumber).toUtf8();
 }
 
-void BM_CopyToServiceRequest(benchmark::State& state)
+template <typename Copier> void BM_CopyToServiceRequest(benchmark::State& state)
 {
     ClipboardDesk desk({});
-    Xclip xclip;
+    Copier copier;
     QElapsedTimer clock;
     qint64 seenNs = -1;
     QObject::connect(&desk.service(), &StandinService::requestReceived, &desk.service(),
@@ -39,7 +42,7 @@ void BM_CopyToServiceRequest(benchmark::State& state)
         const int before = desk.translationRequests();
         seenNs = -1;
         clock.start();
-        xclip.copy(nextText());
+        copier.copy(nextText());
         // The request is answered inside the window's own loop; wait until the translation ends.
         for (int waited = 0; desk.translationRequests() == before || desk.window().isTranslating();
              ++waited) {
@@ -53,11 +56,11 @@ void BM_CopyToServiceRequest(benchmark::State& state)
     }
 }
 
-void BM_CopyToClipboardNotice(benchmark::State& state)
+template <typename Copier> void BM_CopyToClipboardNotice(benchmark::State& state)
 {
     ClipboardMonitor monitor(QGuiApplication::clipboard());
     monitor.setMonitoring(true);
-    Xclip xclip;
+    Copier copier;
     QElapsedTimer clock;
     qint64 seenNs = -1;
     QObject::connect(&monitor, &ClipboardMonitor::textCopied, &monitor,
@@ -65,7 +68,7 @@ void BM_CopyToClipboardNotice(benchmark::State& state)
     for (auto _ : state) {
         seenNs = -1;
         clock.start();
-        xclip.copy(nextText());
+        copier.copy(nextText());
         for (int waited = 0; seenNs < 0; ++waited) {
             if (waited > 1000) {
                 state.SkipWithError("no notice within 5 s");
@@ -101,12 +104,23 @@ void perCopy(benchmark::internal::Benchmark* b)
         ->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(BM_CopyToServiceRequest)->Apply(perCopy);
-BENCHMARK(BM_CopyToClipboardNotice)->Apply(perCopy);
+template <typename Copier> void registerFor(const std::string& platform)
+{
+    benchmark::RegisterBenchmark(("BM_CopyToServiceRequest/" + platform).c_str(),
+                                 BM_CopyToServiceRequest<Copier>)
+        ->Apply(perCopy);
+    benchmark::RegisterBenchmark(("BM_CopyToClipboardNotice/" + platform).c_str(),
+                                 BM_CopyToClipboardNotice<Copier>)
+        ->Apply(perCopy);
+}
 
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    if (QGuiApplication::platformName() == QLatin1String("wayland"))
+        registerFor<WlCopy>("wayland");
+    else
+        registerFor<Xclip>("x11");
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -58,11 +58,13 @@ QUILLORA_SERVICE_URL="http://127.0.0.1:$port" QUILLORA_API_URL="http://127.0.0.1
 kill "$standin_pid" 2>/dev/null || true
 wait "$standin_pid" 2>/dev/null || true
 
-echo "== Clipboard to service request (Xvfb, 20 copies by xclip)"
-# Needs its own X server and D-Bus session; the program name keeps it out of the loop above.
+echo "== Clipboard to service request (Xvfb with xclip, headless sway with wl-copy; 20 copies each)"
+# Needs its own display server and D-Bus session; the program name keeps it out of the loop above.
 clipboard_config="$(mktemp -d)"
-XDG_CONFIG_HOME="$clipboard_config" "$(dirname "$0")/../tests/xsession.sh" "$build/bench/latency_clipboard" \
-    --benchmark_color=false 2>/dev/null
+for session in xsession.sh waylandsession.sh; do
+    XDG_CONFIG_HOME="$clipboard_config" "$(dirname "$0")/../tests/$session" "$build/bench/latency_clipboard" \
+        --benchmark_color=false 2>/dev/null || echo "$session: not run"
+done
 rm -rf "$clipboard_config"
 
 echo "== Start-up to a shown window (Xvfb), against a bare Qt window"

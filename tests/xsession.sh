@@ -15,7 +15,8 @@ xvfb=$!
 for _ in $(seq 100); do [ -s "$rundir/display" ] && break; sleep 0.05; done
 if [ ! -s "$rundir/display" ]; then echo "Xvfb did not start" >&2; cat "$rundir/xvfb.log" >&2; exit 1; fi
 export DISPLAY=":$(head -n1 "$rundir/display")"
-export QT_QPA_PLATFORM=xcb
+export QT_QPA_PLATFORM=xcb XDG_SESSION_TYPE=x11
+unset WAYLAND_DISPLAY
 wm=
 if [ $openbox = 1 ]; then
   openbox --sm-disable >/dev/null 2>&1 &

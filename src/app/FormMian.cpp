@@ -178,6 +178,8 @@ void FormMian::Private::Form_Load()
     // it is being built.
     QObject::connect(clipboard, &ClipboardMonitor::textCopied, q, &FormMian::translateCopiedText,
                      Qt::QueuedConnection);
+    QObject::connect(clipboard, &ClipboardMonitor::focusOnly, q,
+                     [this] { q->setStatusMessage(text(MsgClipboardFocus)); });
 
     readMarks();
     applyStyle();

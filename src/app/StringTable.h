@@ -17,7 +17,8 @@ enum StatusOffset {
     MsgHotKeyTaken = 207,     // F11 is held by another program
     MsgNoTranslation = 208,   // an answer with nothing in it
     MsgTranslating = 209,     // shown while a request runs
-    MsgOffline = 210          // translated by an installed Apertium pair, %1
+    MsgOffline = 210,         // translated by an installed Apertium pair, %1
+    MsgClipboardFocus = 211   // copies are seen only while the window has the focus
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.

@@ -2,6 +2,7 @@
 #include "app/FormMian.h"
 #include "app/Settings.h"
 #include "app/StartupCommand.h"
+#include "desktop/PlatformChoice.h"
 #include "desktop/SysTray.h"
 #include "ui/ExitWhenShown.h"
 
@@ -60,6 +61,9 @@ private:
 
 int main(int argc, char* argv[])
 {
+    const QString platformNote = preferXWaylandForClipboard(argc, argv);
+    if (!platformNote.isEmpty())
+        std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(platformNote));
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Quillora"));
     QApplication::setApplicationName(QStringLiteral("Quillora"));

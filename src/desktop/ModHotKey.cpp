@@ -46,11 +46,15 @@ std::unique_ptr<GlobalHotKey> GlobalHotKey::create(QObject* parent)
                                           parent);
     if (forced == QLatin1String("portal"))
         return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
-    if (xcb_connection_t* connection = x11Connection())
+    // Under XWayland an X11 grab sees only keys typed into X11 windows: the portal serves there too.
+    const bool waylandSession = qEnvironmentVariable("XDG_SESSION_TYPE") == QLatin1String("wayland") ||
+                                qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    xcb_connection_t* connection = x11Connection();
+    if (connection && (!waylandSession || forced == QLatin1String("x11")))
         return std::make_unique<X11HotKey>(connection, parent);
     if (forced == QLatin1String("x11"))
         return std::make_unique<NoHotKey>(QStringLiteral("no X11 connection for the global key"), parent);
-    if (QGuiApplication::platformName() == QLatin1String("wayland"))
+    if (waylandSession)
         return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
     return std::make_unique<NoHotKey>(
         QStringLiteral("no global key on the %1 platform").arg(QGuiApplication::platformName()), parent);

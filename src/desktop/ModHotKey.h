@@ -8,7 +8,8 @@ namespace quillora
 {
 
 // One global key (F11) bound to the show/hide toggle. The platform's way is chosen at run time:
-// an X11 grab on the root window (also under XWayland), else the desktop portal's GlobalShortcuts.
+// an X11 grab on the root window in an X11 session, the desktop portal's GlobalShortcuts in a
+// Wayland session (on XWayland too).
 class GlobalHotKey : public QObject
 {
     Q_OBJECT

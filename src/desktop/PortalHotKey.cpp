@@ -167,10 +167,16 @@ void PortalHotKey::onShortcutsBound(uint response, const QVariantMap&)
 }
 
 void PortalHotKey::onActivated(const QDBusObjectPath& session, const QString& id, qulonglong,
-                               const QVariantMap&)
+                               const QVariantMap& options)
 {
-    if (session.path() == m_session && id == kToggleShortcutId)
-        Q_EMIT activated();
+    if (session.path() != m_session || id != kToggleShortcutId)
+        return;
+    // Newer portals hand over an xdg-activation token with the key press; Qt's Wayland window
+    // takes it from the environment on its next activation, so the window may come to the front.
+    const QString token = options.value(QStringLiteral("activation_token")).toString();
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    Q_EMIT activated();
 }
 
 void PortalHotKey::releaseKey()
