@@ -92,17 +92,6 @@ QString chooseWithDialog(QWidget* owner, const FileDialogRequest& request)
 
 } // namespace
 
-QString trimBlanks(const QString& text)
-{
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && text.at(begin) == QLatin1Char(' '))
-        ++begin;
-    while (end > begin && text.at(end - 1) == QLatin1Char(' '))
-        --end;
-    return text.mid(begin, end - begin);
-}
-
 FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
     : q(owner), deps(given), tempFolder(temporaryFolder()), ring(tempFolder)
 {

@@ -139,7 +139,4 @@ struct FormMian::Private {
     const ServiceAddresses& addresses() const;
 };
 
-// Trims blanks (spaces only) at both ends, the test the buttons use for "empty".
-QString trimBlanks(const QString& text);
-
 } // namespace quillora
