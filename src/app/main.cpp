@@ -60,6 +60,10 @@ private:
 
 int main(int argc, char* argv[])
 {
+    // The command line as given: QApplication takes its own options (-name, -display, ...) out of argv.
+    QStringList given;
+    for (int i = 1; i < argc; ++i)
+        given.append(QString::fromLocal8Bit(argv[i]));
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Quillora"));
     QApplication::setApplicationName(QStringLiteral("Quillora"));
@@ -67,9 +71,7 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName(QStringLiteral("quillora"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
 
-    // Qt has already taken its own options (-platform, -display, ...) out of the arguments; what
-    // remains, joined, is the program's command line.
-    const StartupCommand command(QCoreApplication::arguments().mid(1));
+    const StartupCommand command(given);
     const QString failure = removeLeftoverUpdater(QCoreApplication::applicationDirPath(), command);
     if (!failure.isEmpty()) {
         std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(failure));
