@@ -361,6 +361,7 @@ private Q_SLOTS:
             form->findChild<QAbstractButton*>(button)->click();
             return form->result();
         };
+        QApplication::clipboard()->setText(u"cat"_s);
         const QString before = rig.settingsText();
         w.dispatch(u"menuS1"_s);
         QCOMPARE(rig.settingsText(), before);
@@ -374,6 +375,28 @@ private Q_SLOTS:
         QVERIFY(!w.jcbutton(kSwap)->isEnabled() && w.phoneticBox()->isHidden());
         QCOMPARE(w.dictionaryBox()->geometry(), QRect(0, 325, 710, 102));
         QVERIFY(w.clipboardMonitor()->monitoring());
+        // OK restarts monitoring, which takes the clipboard's text again.
+        QTRY_COMPARE(w.sourceBox()->toPlainText(), u"cat"_s);
+        w.sourceBox()->setPlainText(u"typed"_s);
+        w.dispatch(u"menuS1"_s);
+        QTRY_COMPARE(w.sourceBox()->toPlainText(), u"cat"_s);
+        QApplication::clipboard()->clear();
+    }
+
+    void cachingIsAppliedBeforeMonitoring()
+    {
+        for (const auto& [stored, cached] :
+             {qMakePair(u"0|19|1|1|15|x|1"_s, u"hello"_s), qMakePair(u"0|19|1|1|15|1|x"_s, QString())}) {
+            Rig rig(options(stored));
+            FormMian& w = *rig.window;
+            for (const QString& text : {u"hello"_s, u"world"_s}) {
+                w.sourceBox()->setPlainText(text);
+                w.jcbuttonClick(kTranslate);
+            }
+            w.jcbuttonClick(kBack);
+            QCOMPARE(w.sourceBox()->toPlainText(), cached);
+            QVERIFY(!w.clipboardMonitor()->monitoring());
+        }
     }
 
     void openTextFileTranslates()

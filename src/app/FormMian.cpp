@@ -381,7 +381,8 @@ void FormMian::Private::refillPickers()
 // first unreadable field; what came before stays applied.
 void FormMian::Private::applyOptions()
 {
-    const ParsedOptions options = deps.settings->options();
+    const QString stored = deps.settings->optionsText();
+    const ParsedOptions options = parseOptions(stored);
     const auto field = [&options](OptionField f) { return options.fields.at(f); };
 
     if (!options.has(OptSourceRow))
@@ -407,14 +408,19 @@ void FormMian::Private::applyOptions()
     if (!options.has(OptInterfaceLanguageRow))
         return;
     InterfaceCode = LanguageCode(field(OptInterfaceLanguageRow));
-    if (!options.has(OptCaching))
+    // Field 6 goes before field 5, so a bad field 5 leaves the cache applied.
+    const std::optional<int> caching = optionField(stored, OptCaching);
+    if (!caching)
         return;
     // Caching once on stays on for the rest of the run.
-    if (field(OptCaching) != 0)
+    if (*caching != 0)
         CachingEnabled = true;
-    if (!options.has(OptMonitorClipboard))
+    const std::optional<int> monitoring = optionField(stored, OptMonitorClipboard);
+    if (!monitoring)
         return;
-    clipboard->setMonitoring(field(OptMonitorClipboard) != 0);
+    // A restart takes the clipboard's current text again, also when monitoring already ran.
+    clipboard->setMonitoring(false);
+    clipboard->setMonitoring(*monitoring != 0);
 }
 
 void FormMian::Private::registerHotKey()
