@@ -2,6 +2,7 @@
 #include "app/FormMian.h"
 #include "app/Settings.h"
 #include "app/StringTable.h"
+#include "app/UniTextBox.h"
 #include "desktop/Form2.h"
 #include "desktop/ModUniTxt.h"
 #include "desktop/ModmonClip.h"
@@ -160,6 +161,21 @@ private Q_SLOTS:
         QCOMPARE((QList{w.check1()->isChecked(), w.check2()->isChecked()}), shown.mid(0, 2));
         QTEST(w.resultBox()->geometry(), "result");
         QCOMPARE(rig.settingsText().isEmpty(), stored.isNull()); // read, not rewritten
+    }
+
+    void longWordsWrapAnywhere()
+    {
+        // Word wrapping is quadratic in a run without break opportunity: such a text wraps anywhere.
+        QWidget parent;
+        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 300, 100), u"box"_s);
+        for (const QString& text : {u"a few words, 中文"_s.repeated(500), u"x "_s + QString(1001, u'y')}) {
+            box->setPlainText(text);
+            QCOMPARE(box->document()->defaultTextOption().wrapMode() == QTextOption::WrapAnywhere,
+                     text.startsWith(u'x'));
+            QCOMPARE(box->toPlainText(), text);
+        }
+        box->clear();
+        QCOMPARE(box->document()->defaultTextOption().wrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
     }
 
     void firstRun()

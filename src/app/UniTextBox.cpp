@@ -1,15 +1,90 @@
 #include "app/UniTextBox.h"
 
+#include <QPlainTextDocumentLayout>
 #include <QPlainTextEdit>
+#include <QTextBlock>
+#include <QTextBoundaryFinder>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QTextOption>
 
 namespace quillora
 {
 
+namespace
+{
+
+// Wrapping at word boundaries measures a run without a break opportunity to its end again for every
+// line the run fills, in time that grows with the square of the run; a text holding a run this long
+// wraps anywhere, which breaks such a run the same way in linear time.
+constexpr qsizetype kLongestWord = 1000;
+// Blocks this long keep their shaped glyphs: otherwise every repaint and caret move shapes the whole
+// block again.
+constexpr int kLongBlock = 4096;
+
+bool hasLongWord(QStringView text)
+{
+    // In pieces: the line breaker of some scripts is slower than linear on one long string.
+    constexpr qsizetype piece = 4096;
+    qsizetype lastBreak = 0;
+    for (qsizetype from = 0; from < text.size(); from += piece) {
+        const QStringView part = text.mid(from, piece);
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Line, part.data(), part.size());
+        for (qsizetype p = finder.toNextBoundary(); p > 0 && p < part.size(); p = finder.toNextBoundary()) {
+            if (from + p - lastBreak > kLongestWord)
+                return true;
+            lastBreak = from + p;
+        }
+        if (from + part.size() - lastBreak > kLongestWord)
+            return true;
+    }
+    return false;
+}
+
+bool hasLongWord(const QTextDocument* document)
+{
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        if (block.length() > kLongestWord && hasLongWord(block.text()))
+            return true;
+    }
+    return false;
+}
+
+class TextBoxLayout : public QPlainTextDocumentLayout
+{
+public:
+    using QPlainTextDocumentLayout::QPlainTextDocumentLayout;
+
+protected:
+    void documentChanged(int from, int charsRemoved, int charsAdded) override
+    {
+        QTextDocument* doc = document();
+        for (QTextBlock block = doc->findBlock(from);
+             block.isValid() && block.position() <= from + charsAdded; block = block.next()) {
+            if (block.length() > kLongBlock)
+                block.layout()->setCacheEnabled(true);
+        }
+        QTextOption option = doc->defaultTextOption();
+        const QTextOption::WrapMode wanted =
+            hasLongWord(doc) ? QTextOption::WrapAnywhere : QTextOption::WrapAtWordBoundaryOrAnywhere;
+        if (option.wrapMode() == wanted) {
+            QPlainTextDocumentLayout::documentChanged(from, charsRemoved, charsAdded);
+            return;
+        }
+        // This lays the whole document out again, the change included.
+        option.setWrapMode(wanted);
+        doc->setDefaultTextOption(option);
+    }
+};
+
+} // namespace
+
 QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName)
 {
     auto* box = new QPlainTextEdit(parent);
+    auto* document = new QTextDocument(box);
+    document->setDocumentLayout(new TextBoxLayout(document));
+    box->setDocument(document);
     box->setGeometry(rect);
     box->setAccessibleName(accessibleName);
     box->setLineWrapMode(QPlainTextEdit::WidgetWidth);
