@@ -468,6 +468,15 @@ private Q_SLOTS:
         QCOMPARE(rig.lastForm(), "prev=hp&hl=de&ie=UTF-8&js=y&text=  a%26b c+d 100% " + u"é"_s.toUtf8() +
                                      "\nzwei=2 &file=&sl=en&tl=fr");
         QCOMPARE(w.sourceBox()->toPlainText(), u"  a&b c+d 100% é\nzwei=2 "_s);
+        // The box gives the text back exactly, to the request and to the history.
+        const QString exact = u"a\u00a0b\u2028c\u2029d\r\ne\rf\ng"_s;
+        setBoxText(w.sourceBox(), exact);
+        w.jcbuttonClick(kTranslate);
+        QVERIFY(rig.lastForm().contains("&text=" + exact.toUtf8() + "&file="));
+        w.jcbuttonClick(kClear);
+        for (int i = 0; i < 3; ++i)
+            w.jcbuttonClick(kBack);
+        QCOMPARE(boxText(w.sourceBox()), exact);
         w.sourceBox()->setPlainText(u"hello"_s);
         w.dispatch(u"menuF0"_s); // the menu item does the same
         QCOMPARE(boxes(w), u"hello|bonjour|/bonjour/|interjection:\n1. bonjour\n2. salut\n3. allô\n"_s);
@@ -476,8 +485,8 @@ private Q_SLOTS:
         w.sourceBox()->setPlainText(u"   "_s);
         w.jcbuttonClick(kTranslate);
         QCOMPARE(boxes(w), u"   |||"_s);
-        QCOMPARE(rig.service.requests().size(), 2);
-        QCOMPARE(finished.count(), 2);
+        QCOMPARE(rig.service.requests().size(), 3);
+        QCOMPARE(finished.count(), 3);
     }
 
     void offlineShowsTheNotice()

@@ -1,6 +1,7 @@
 // The command dispatch of the main window's menus and the commands behind it.
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
+#include "app/UniTextBox.h"
 #include "desktop/AutoStart.h"
 #include "desktop/CommandMenus.h"
 #include "desktop/Form2.h"
@@ -126,7 +127,7 @@ void FormMian::Private::openTextFile()
     const QString content = ReadTextFile(fileName);
     if (trimBlanks(content).isEmpty())
         return;
-    sourceBox->setPlainText(content);
+    setBoxText(sourceBox, content);
     q->jcbuttonClick(0);
 }
 
@@ -140,8 +141,8 @@ void FormMian::Private::saveResults()
     const QString fileName = deps.chooseFile(q, request);
     if (fileName.isEmpty())
         return;
-    const ResultTexts texts{sourceBox->toPlainText(), resultBox->toPlainText(), phoneticBox->toPlainText(),
-                            dictionaryBox->toPlainText()};
+    const ResultTexts texts{boxText(sourceBox), boxText(resultBox), boxText(phoneticBox),
+                            boxText(dictionaryBox)};
     if (saveResultsFile(fileName, texts)) {
         openUrl(QUrl::fromLocalFile(fileName));
         return;

@@ -2,6 +2,7 @@
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
 #include "app/StringTable.h"
+#include "app/UniTextBox.h"
 #include "desktop/ModmonClip.h"
 #include "net/Connectivity.h"
 #include "translate/LanguageCatalogue.h"
@@ -68,7 +69,7 @@ void FormMian::translateCopiedText(const QString& text)
         d->copiedTextWaiting = true;
         return;
     }
-    d->sourceBox->setPlainText(text);
+    setBoxText(d->sourceBox, text);
     if (d->connectivity->isOnline()) {
         d->fanYi(d->autoCopy);
         return;
@@ -109,10 +110,10 @@ void FormMian::Private::swap()
 void FormMian::Private::GoBack()
 {
     const HistorySlot& slot = ring.GoBack();
-    sourceBox->setPlainText(slot.source);
-    resultBox->setPlainText(slot.translation);
-    phoneticBox->setPlainText(slot.romanization);
-    dictionaryBox->setPlainText(slot.dictionary);
+    setBoxText(sourceBox, slot.source);
+    setBoxText(resultBox, slot.translation);
+    setBoxText(phoneticBox, slot.romanization);
+    setBoxText(dictionaryBox, slot.dictionary);
     setCombo1Row(slot.targetRow);
     setCombo2Row(slot.sourceRow);
     showSpeaker(0, slot.translationSpeech, {slot.translation, LanguageCode(slot.targetRow)});
@@ -122,7 +123,7 @@ void FormMian::Private::GoBack()
 // Only the emptiness test trims: the clipboard gets the box text as it stands.
 void FormMian::Private::copyResult()
 {
-    if (trimBlanks(resultBox->toPlainText()).isEmpty())
+    if (trimBlanks(boxText(resultBox)).isEmpty())
         return;
     clipboard->markOwnCopy();
     resultBox->selectAll();
@@ -152,13 +153,13 @@ void FormMian::Private::jcbutton1_Click()
 
 void FormMian::Private::fanYi(bool autoCopyFlag)
 {
-    if (trimBlanks(sourceBox->toPlainText()).isEmpty()) {
+    if (trimBlanks(boxText(sourceBox)).isEmpty()) {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
             box->clear();
         return;
     }
     Translating = true;
-    const QString source = sourceBox->toPlainText();
+    const QString source = boxText(sourceBox);
     q->setStatusMessage(text(MsgTranslating));
 
     TranslationOutcome outcome;
@@ -170,9 +171,9 @@ void FormMian::Private::fanYi(bool autoCopyFlag)
 
     responseBox->setPlainText(outcome.response);
     if (outcome.ok()) {
-        resultBox->setPlainText(outcome.result.translation);
-        phoneticBox->setPlainText(outcome.result.romanization);
-        dictionaryBox->setPlainText(outcome.result.dictionary);
+        setBoxText(resultBox, outcome.result.translation);
+        setBoxText(phoneticBox, outcome.result.romanization);
+        setBoxText(dictionaryBox, outcome.result.dictionary);
         q->statusBar()->clearMessage();
     } else {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
@@ -196,7 +197,7 @@ void FormMian::Private::fanYi(bool autoCopyFlag)
 void FormMian::Private::prepareSpeech(const QString& sentText, const QString& spokenTranslation)
 {
     const QString base = addresses().service;
-    const QString source = sourceBox->toPlainText();
+    const QString source = boxText(sourceBox);
     if (sentText.size() > kSpeechTextLimit) {
         SourceSpeechOk = false;
         QFile::remove(speechPagePath(tempFolder, 1));
@@ -218,10 +219,10 @@ void FormMian::Private::prepareSpeech(const QString& sentText, const QString& sp
 void FormMian::Private::storeHistory()
 {
     HistorySlot slot;
-    slot.source = sourceBox->toPlainText();
-    slot.translation = resultBox->toPlainText();
-    slot.romanization = phoneticBox->toPlainText();
-    slot.dictionary = dictionaryBox->toPlainText();
+    slot.source = boxText(sourceBox);
+    slot.translation = boxText(resultBox);
+    slot.romanization = boxText(phoneticBox);
+    slot.dictionary = boxText(dictionaryBox);
     slot.targetRow = Combo1->currentIndex();
     slot.sourceRow = Combo2->currentIndex();
     ring.store(slot, TranslationSpeechOk ? speechPagePath(tempFolder, 0) : QString(),

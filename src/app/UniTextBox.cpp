@@ -77,7 +77,50 @@ protected:
     }
 };
 
+// The line end that closes a block, kept as the block's user state; typed line ends are LF.
+enum LineEnd { Lf = 0, CrLf, Cr, ParagraphSeparator };
+
+const QString& lineEndText(int state)
+{
+    static const QString texts[] = {QStringLiteral("\n"), QStringLiteral("\r\n"), QStringLiteral("\r"),
+                                    QString(QChar::ParagraphSeparator)};
+    return texts[state >= Lf && state <= ParagraphSeparator ? state : Lf];
+}
+
 } // namespace
+
+QString boxText(const QPlainTextEdit* box)
+{
+    QString text;
+    for (QTextBlock block = box->document()->begin(); block.isValid(); block = block.next()) {
+        text += block.text();
+        if (block.next().isValid())
+            text += lineEndText(block.userState());
+    }
+    return text;
+}
+
+// The document breaks blocks at the same characters; each block remembers which one ended it.
+void setBoxText(QPlainTextEdit* box, const QString& text)
+{
+    box->setPlainText(text);
+    QTextBlock block = box->document()->begin();
+    for (qsizetype i = 0; i < text.size() && block.isValid(); ++i) {
+        const QChar c = text.at(i);
+        LineEnd end = Lf;
+        if (c == QLatin1Char('\r')) {
+            const bool pair = i + 1 < text.size() && text.at(i + 1) == QLatin1Char('\n');
+            end = pair ? CrLf : Cr;
+            i += pair ? 1 : 0;
+        } else if (c == QChar::ParagraphSeparator) {
+            end = ParagraphSeparator;
+        } else if (c != QLatin1Char('\n')) {
+            continue;
+        }
+        block.setUserState(end);
+        block = block.next();
+    }
+}
 
 QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName)
 {
