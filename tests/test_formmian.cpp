@@ -325,10 +325,19 @@ private Q_SLOTS:
         w.action(u"STYLE:1"_s)->trigger();
         QCOMPARE(rig.settings->style(), 1);
         QCOMPARE(colours(), QList<QColor>(3, QColor(173, 209, 255)));
+        // Styles 0 and 3 leave the buttons' colour as it was.
         w.action(u"STYLE:0"_s)->trigger();
-        QCOMPARE(colours(), QList<QColor>(3, platform.color(QPalette::Button)));
+        QCOMPARE(colours(), (QList{platform.color(QPalette::Button), platform.color(QPalette::Button),
+                                   QColor(173, 209, 255)}));
         w.action(u"STYLE:3"_s)->trigger();
-        QCOMPARE(colours().at(0), platform.color(QPalette::Light));
+        QCOMPARE(colours(), (QList{platform.color(QPalette::Light), platform.color(QPalette::Light),
+                                   QColor(173, 209, 255)}));
+        // Every control has a name of its own.
+        QStringList names;
+        for (const QObject* child : w.findChildren<QAbstractButton*>())
+            names << child->objectName();
+        names.removeAll(QString());
+        QCOMPARE(names.removeDuplicates(), 0);
         w.action(u"menuS5"_s)->trigger();
         QVERIFY(rig.settings->autoCopy());
     }

@@ -260,7 +260,7 @@ void FormMian::Private::buildPickerBand()
     constexpr int buttonStep = 119;
     for (int i = 0; i < int(jcbutton.size()); ++i) {
         auto* button = new QPushButton(Pic1);
-        button->setObjectName(QStringLiteral("jcbutton%1").arg(i));
+        button->setObjectName(QStringLiteral("jcbutton_%1").arg(i)); // "jcbutton1" is the address button
         button->setGeometry(i * buttonStep, rowB, buttonWidth, height);
         button->setAutoDefault(false);
         QObject::connect(button, &QPushButton::clicked, q, [this, i] { q->jcbuttonClick(i); });
