@@ -31,6 +31,7 @@
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolButton>
@@ -615,15 +616,26 @@ QMenu* FormMian::systemMenu() const
     return d->menus->bar(QStringLiteral("SYSMENU"));
 }
 
+// Decided by the program's own state: the window manager reports earlier requests late.
 void FormMian::toggleShowHide()
 {
-    if (isMinimized() || isHidden()) {
+    d->lastToggle.start();
+    if (!d->meantShown) {
+        d->meantShown = true;
         showNormal();
         raise();
         activateWindow();
     } else {
+        d->meantShown = false;
         setWindowState(windowState() | Qt::WindowMinimized);
     }
+}
+
+// A report that contradicts a toggle of the last moment is a late one about an earlier request.
+bool FormMian::Private::lateReport() const
+{
+    constexpr int kReportDelayMs = 1000;
+    return lastToggle.isValid() && !lastToggle.hasExpired(kReportDelayMs);
 }
 
 void FormMian::requestExit()
@@ -640,6 +652,7 @@ void FormMian::closeEvent(QCloseEvent* event)
     if (!d->exitRequested) {
         // Closing never ends the program: it minimises, and with a tray that hides the window there.
         event->ignore();
+        d->meantShown = false;
         setWindowState(windowState() | Qt::WindowMinimized);
         return;
     }
@@ -653,18 +666,32 @@ void FormMian::closeEvent(QCloseEvent* event)
 void FormMian::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || !isMinimized() || !d->trayPresent)
+    if (event->type() != QEvent::WindowStateChange || !isMinimized())
+        return;
+    if (d->meantShown && d->lateReport()) {
+        QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
+        return;
+    }
+    d->meantShown = false;
+    if (!d->trayPresent)
         return;
     // Hiding from inside the state change confuses some window managers; do it right after.
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (!isMinimized() || isHidden() || !d->trayPresent)
+            if (d->meantShown || isHidden() || !d->trayPresent)
                 return;
             hide();
             Q_EMIT hiddenToTray();
         },
         Qt::QueuedConnection);
+}
+
+void FormMian::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous())
+        d->meantShown = true;
 }
 
 void FormMian::keyPressEvent(QKeyEvent* event)

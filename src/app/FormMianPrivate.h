@@ -4,6 +4,7 @@
 #include "app/Settings.h"
 #include "translate/HistoryRing.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -87,6 +88,9 @@ struct FormMian::Private {
 
     bool exitRequested = false;
     bool trayPresent = false;
+    bool meantShown = false; // the program's own idea, ahead of the window manager's reports
+    QElapsedTimer lastToggle;
+    bool lateReport() const;
     bool copiedTextWaiting = false;
     QString copiedText;
 
