@@ -178,6 +178,9 @@ private Q_SLOTS:
             return reachable(mainWindow(mini)) &&
                    run("xprop", {"-id", mainWindow(mini), "WM_STATE"}).contains("Iconic");
         }));
+        // A tray that comes up later takes the minimised window in.
+        QVERIFY(trayUp());
+        QVERIFY(eventually([&] { return !reachable(mainWindow(mini)) && !iconOf(mini).isEmpty(); }));
         QVERIFY(endsCleanlyOn(mini, SIGTERM));
 
         // Hidden in a tray that goes away, then comes back.

@@ -582,6 +582,12 @@ bool FormMian::trayPresent() const
 void FormMian::setTrayPresent(bool present)
 {
     d->trayPresent = present;
+    // A window that waits minimised in the task bar for want of a tray goes into the one that came up.
+    if (present && isMinimized() && !isHidden()) {
+        d->meantShown = false;
+        hide();
+        Q_EMIT hiddenToTray();
+    }
 }
 QString FormMian::interfaceLanguage() const
 {
