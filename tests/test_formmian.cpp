@@ -618,6 +618,8 @@ private Q_SLOTS:
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
         rig.service.setDelayMs(4000);
+        int dialogs = 0;
+        rig.dialogAnswer = [&dialogs](QDialog*) { return ++dialogs, 0; };
         w.sourceBox()->setPlainText(u"hello"_s);
         w.resultBox()->setPlainText(u"old"_s);
         QString whileRunning;
@@ -625,10 +627,13 @@ private Q_SLOTS:
             QTest::keyClick(w.sourceBox(), Qt::Key_X);
             QTest::mouseClick(w.jcbutton(kClear), Qt::LeftButton);
             whileRunning = w.statusMessage() + u'|' + w.sourceBox()->toPlainText();
+            w.systemMenu()->actions().at(1)->trigger(); // "Options": runs when the translation ends
+            whileRunning += u'|' + QString::number(dialogs);
             QTest::keyClick(w.sourceBox(), Qt::Key_Escape);
         });
         w.jcbuttonClick(kTranslate);
-        QCOMPARE(whileRunning, StringTable::text(1000 + MsgTranslating) + u"|hello"_s);
+        QCOMPARE(whileRunning, StringTable::text(1000 + MsgTranslating) + u"|hello|0"_s);
+        QTRY_COMPARE(dialogs, 1);
         QCOMPARE(w.statusMessage(), u"Translation cancelled."_s);
         QCOMPARE(boxes(w), u"hello|||"_s);
         QVERIFY(!w.isTranslating() && !QGuiApplication::overrideCursor());

@@ -34,10 +34,13 @@ bool isLanguageMenuKey(const QString& key)
 
 void FormMian::dispatch(const QString& key)
 {
-    // Only the way out and the show/hide toggle are taken while a translation runs.
+    // While a translation runs only the way out and the show/hide toggle go at once; any other
+    // command runs when the translation ends.
     if (d->Translating && key != QLatin1String("menuSYS1") && key != QLatin1String("menuSYS3") &&
-        key != QLatin1String("menuF3"))
+        key != QLatin1String("menuF3")) {
+        d->waitingCommand = key;
         return;
+    }
 
     if (key.startsWith(QLatin1String("STYLE:"))) {
         bool ok = false;

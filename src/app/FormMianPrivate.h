@@ -93,6 +93,7 @@ struct FormMian::Private {
     bool lateReport() const;
     bool copiedTextWaiting = false;
     QString copiedText;
+    QString waitingCommand; // a menu command chosen while a translation ran
 
     // Loading
     void Form_Load();
@@ -127,6 +128,7 @@ struct FormMian::Private {
     void showSpeaker(int slot, bool shown, const SpokenText& text);
     void playSpeech(int slot);
     void takeWaitingCopiedText();
+    void runWaitingCommand();
 
     // Commands
     void setLanguage(int number);

@@ -77,6 +77,15 @@ void FormMian::translateCopiedText(const QString& text)
     d->notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
 }
 
+void FormMian::Private::runWaitingCommand()
+{
+    if (waitingCommand.isEmpty())
+        return;
+    QMetaObject::invokeMethod(
+        q, [this, key = std::exchange(waitingCommand, QString())] { q->dispatch(key); },
+        Qt::QueuedConnection);
+}
+
 void FormMian::Private::takeWaitingCopiedText()
 {
     if (!copiedTextWaiting)
@@ -191,6 +200,7 @@ void FormMian::Private::fanYi(bool autoCopyFlag)
     if (autoCopyFlag)
         q->jcbuttonClick(3);
     Q_EMIT q->translationFinished();
+    runWaitingCommand();
     takeWaitingCopiedText();
 }
 
