@@ -99,7 +99,7 @@ private Q_SLOTS:
         const CommandResult offline = cli({"-t", "fr", "hello"}, {}, "http://127.0.0.1:1");
         QCOMPARE(offline.exitCode, 1);
         QCOMPARE(offline.out + offline.err, "quillora-cli: Could not reach the translation service.\n");
-        const CommandResult blank = cli({"-t", "fr"}, "   \n");
+        const CommandResult blank = cli({"-t", "fr"}, "   ");
         QCOMPARE(blank.exitCode, 1);
         QCOMPARE(blank.err, "quillora-cli: Nothing to translate.\n");
         QVERIFY(m_service.requests().isEmpty());

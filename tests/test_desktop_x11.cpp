@@ -231,6 +231,27 @@ private Q_SLOTS:
             QCOMPARE(grabF11(other.get(), modifiers), 0);
     }
 
+    void toggleHammeredEndsWhereItShould()
+    {
+        ClipboardDesk desk({});
+        FormMian& window = desk.window();
+        window.setTrayPresent(true);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto shown = [&window] { return window.isVisible() && !window.isMinimized(); };
+        // Ten toggles with no pause, then one more: each run ends in the state the count says.
+        for (int round = 0; round < 4; ++round) {
+            const bool before = shown();
+            for (int i = 0; i < 10; ++i)
+                window.toggleShowHide();
+            QTest::qWait(1000);
+            QCOMPARE(shown(), before);
+            window.toggleShowHide();
+            QTRY_COMPARE(shown(), !before);
+            QTest::qWait(300);
+        }
+    }
+
     void f11HeldByAnotherClient()
     {
         const OtherClient other(xcb_connect(nullptr, nullptr), xcb_disconnect);

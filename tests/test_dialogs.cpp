@@ -126,6 +126,7 @@ private Q_SLOTS:
         for (int i = 0; i < 5; ++i)
             QCOMPARE(thai.texts().value(i), StringTable::text(4, 103 + i));
         QVERIFY(hasThai(thai.texts().at(0)) && thai.texts().at(1) != english.texts().at(1));
+        QCOMPARE(thai.findChild<QDialogButtonBox*>()->buttons().value(0)->text(), StringTable::text(4, 36));
     }
 
     void aboutPictureOpensTheHomePage()

@@ -55,6 +55,8 @@ private Q_SLOTS:
         // A language without speech deletes the slot's old page.
         QVERIFY(!BuildSpeechPage("Hallo", "th", 0, dir.path(), base));
         QVERIFY(!QFile::exists(page0) && QFile::exists(page1));
+        // A page that cannot be written still shows its speaker.
+        QVERIFY(BuildSpeechPage("Hallo", "de", 0, dir.filePath("missing/folder"), base));
     }
 
     void ringWrapsAndWalksBack()

@@ -40,6 +40,15 @@ private Q_SLOTS:
             << "ok||n:\r\nv:\r\n1. w\r\n";
         QTest::newRow("dictionary not a list") << QByteArray(R"([[["a"]],"not a list"])") << "a||";
         QTest::newRow("no sentences") << QByteArray("[[]]") << "||";
+        QTest::newRow("empty elements") << QByteArray(R"([[["a","a",,,0]],,"en",,,,0.8])") << "a||";
+        QTest::newRow("empty elements, romanization")
+            << QByteArray("[[[\"\u4f60\u597d\",\"Hello\",,,1],[,, \"N\u01d0\" ,\"hello\"],],,\"en\",]")
+            << "你好|Nǐ|";
+        QTest::newRow("empty translation, dictionary")
+            << QByteArray(R"([,[["noun",["house",,"home"],,"Haus",],[,["x"]]],"de"])")
+            << "||noun:\r\n1. house\r\n2. home\r\n";
+        QTest::newRow("commas inside strings")
+            << QByteArray("[[[\"a,,b\",\"[,]\",,],[\"say \\\",,\\\" \\\\\",,]],[]]") << "a,,bsay \",,\" \\||";
     }
 
     void parse()
@@ -60,6 +69,7 @@ private Q_SLOTS:
                                      "[]",
                                      "42",
                                      R"([null,null,"en"])",
+                                     R"([,,"en",,,,0.8])",
                                      R"([[["x"]]] trailing)",
                                      QByteArray("\x00\xff[[\x01", 5),
                                      QByteArray(100000, '[')};

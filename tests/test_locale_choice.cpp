@@ -27,7 +27,7 @@ private Q_SLOTS:
         QTest::newRow("bare sk") << u"sk"_s << u"1051 6 windows-1250"_s;
         QTest::newRow("fr_CA") << u"fr_CA"_s << u"3084 1 windows-1252"_s;
         QTest::newRow("sr latin") << u"sr_RS.UTF-8@latin"_s << u"10266 1 windows-1250"_s;
-        QTest::newRow("sr cyrillic") << u"sr_RS.UTF-8"_s << u"10266 1 windows-1252"_s;
+        QTest::newRow("sr cyrillic") << u"sr_RS.UTF-8"_s << u"10266 1 windows-1251"_s;
         QTest::newRow("C") << u"C.UTF-8"_s << u"0 1 windows-1252"_s;
     }
 

@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "app/LocaleChoice.h"
 #include "desktop/ModUniTxt.h"
 #include "desktop/ResultsFile.h"
 
@@ -55,24 +56,37 @@ private Q_SLOTS:
         QCOMPARE(test::readFile(file), writable ? mark + body : mark);
     }
 
-    // Per legacy codec a text whose bytes there are not valid UTF-8.
+    // Per Windows code page a locale that uses it and a text whose bytes there are not valid UTF-8.
     void legacyCodePages_data()
     {
-        QTest::addColumn<QByteArray>("codec");
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<int>("codePage");
         QTest::addColumn<QString>("text");
-        QTest::newRow("1252") << QByteArray("windows-1252") << u"Grüße, café € “quoted”"_s;
-        QTest::newRow("1250") << QByteArray("windows-1250") << u"Žluťoučký kůň úpěl"_s;
-        QTest::newRow("GBK") << QByteArray("GBK") << u"你好，世界。简体中文"_s;
-        QTest::newRow("Big5") << QByteArray("Big5") << u"中文繁體字"_s;
-        QTest::newRow("874") << QByteArray("windows-874") << u"ภาษาไทย สวัสดี"_s;
+        QTest::newRow("1250") << u"cs_CZ.UTF-8"_s << 1250 << u"Žluťoučký kůň úpěl"_s;
+        QTest::newRow("1251") << u"ru_RU.UTF-8"_s << 1251 << u"Съешь же ещё этих булок, cafй"_s;
+        QTest::newRow("1251 serbian") << u"sr_RS"_s << 1251 << u"Ђурђевдан"_s;
+        QTest::newRow("1252") << u"fr_FR"_s << 1252 << u"Grüße, café € “quoted”"_s;
+        QTest::newRow("1253") << u"el_GR.UTF-8"_s << 1253 << u"Καλημέρα κόσμε"_s;
+        QTest::newRow("1254") << u"tr_TR.UTF-8"_s << 1254 << u"Günaydın İstanbul, şişe"_s;
+        QTest::newRow("1255") << u"he_IL.UTF-8"_s << 1255 << u"שלום עולם"_s;
+        QTest::newRow("1256") << u"ar_EG.UTF-8"_s << 1256 << u"مرحبا بالعالم"_s;
+        QTest::newRow("1257") << u"lt_LT.UTF-8"_s << 1257 << u"Ąžuolas, ėjo į šiaurę"_s;
+        QTest::newRow("1258") << u"vi_VN"_s << 1258 << u"Đương đơn"_s;
+        QTest::newRow("874") << u"th_TH.UTF-8"_s << 874 << u"ภาษาไทย สวัสดี"_s;
+        QTest::newRow("932") << u"ja_JP.UTF-8"_s << 932 << u"日本語のテキスト、ｶﾀｶﾅ"_s;
+        QTest::newRow("936") << u"zh_CN.UTF-8"_s << 936 << u"你好，世界。简体中文"_s;
+        QTest::newRow("949") << u"ko_KR.UTF-8"_s << 949 << u"안녕하세요 세계"_s;
+        QTest::newRow("950") << u"zh_TW.UTF-8"_s << 950 << u"中文繁體字"_s;
     }
 
     void legacyCodePages()
     {
-        QFETCH(QByteArray, codec);
+        QFETCH(QString, locale);
+        QFETCH(int, codePage);
         QFETCH(QString, text);
-        const QByteArray encoded =
-            test::iconvEncode(text, QString::fromLatin1(codec).replace(u"windows-"_s, u"CP"_s));
+        const QByteArray encoded = test::iconvEncode(text, u"CP%1"_s.arg(codePage));
+        QVERIFY(!encoded.isEmpty() && encoded != text.toUtf8());
+        const QByteArray codec = legacyCodecForLocale(locale);
         QCOMPARE(decodeFileBytes(encoded, nullptr, codec), text);
         QCOMPARE(decodeFileBytes(text.toUtf8(), nullptr, codec), text);
         if (codec != systemLegacyCodec())

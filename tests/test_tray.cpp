@@ -134,6 +134,7 @@ private Q_SLOTS:
         QTest::newRow("nothing") << QStringList() << true << false;
         QTest::newRow("mini") << QStringList{"mini"} << false << false;
         QTest::newRow("mini with a blank") << QStringList{"mini "} << true << false;
+        QTest::newRow("mini after a Qt option") << QStringList{"-name", "x", "mini"} << true << false;
         QTest::newRow("UP") << QStringList{"UP"} << true << true;
     }
 
@@ -177,6 +178,9 @@ private Q_SLOTS:
             return reachable(mainWindow(mini)) &&
                    run("xprop", {"-id", mainWindow(mini), "WM_STATE"}).contains("Iconic");
         }));
+        // A tray that comes up later takes the minimised window in.
+        QVERIFY(trayUp());
+        QVERIFY(eventually([&] { return !reachable(mainWindow(mini)) && !iconOf(mini).isEmpty(); }));
         QVERIFY(endsCleanlyOn(mini, SIGTERM));
 
         // Hidden in a tray that goes away, then comes back.

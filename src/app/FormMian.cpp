@@ -32,6 +32,7 @@
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolButton>
@@ -92,17 +93,6 @@ QString chooseWithDialog(QWidget* owner, const FileDialogRequest& request)
 }
 
 } // namespace
-
-QString trimBlanks(const QString& text)
-{
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && text.at(begin) == QLatin1Char(' '))
-        ++begin;
-    while (end > begin && text.at(end - 1) == QLatin1Char(' '))
-        --end;
-    return text.mid(begin, end - begin);
-}
 
 FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
     : q(owner), deps(given), tempFolder(temporaryFolder()), ring(tempFolder)
@@ -278,7 +268,7 @@ void FormMian::Private::buildPickerBand()
     constexpr int buttonStep = 119;
     for (int i = 0; i < int(jcbutton.size()); ++i) {
         auto* button = new QPushButton(Pic1);
-        button->setObjectName(QStringLiteral("jcbutton%1").arg(i));
+        button->setObjectName(QStringLiteral("jcbutton_%1").arg(i)); // "jcbutton1" is the address button
         button->setGeometry(i * buttonStep, rowB, buttonWidth, height);
         button->setAutoDefault(false);
         QObject::connect(button, &QPushButton::clicked, q, [this, i] { q->jcbuttonClick(i); });
@@ -400,7 +390,8 @@ void FormMian::Private::refillPickers()
 // first unreadable field; what came before stays applied.
 void FormMian::Private::applyOptions()
 {
-    const ParsedOptions options = deps.settings->options();
+    const QString stored = deps.settings->optionsText();
+    const ParsedOptions options = parseOptions(stored);
     const auto field = [&options](OptionField f) { return options.fields.at(f); };
 
     if (!options.has(OptSourceRow))
@@ -426,14 +417,19 @@ void FormMian::Private::applyOptions()
     if (!options.has(OptInterfaceLanguageRow))
         return;
     InterfaceCode = LanguageCode(field(OptInterfaceLanguageRow));
-    if (!options.has(OptCaching))
+    // Field 6 goes before field 5, so a bad field 5 leaves the cache applied.
+    const std::optional<int> caching = optionField(stored, OptCaching);
+    if (!caching)
         return;
     // Caching once on stays on for the rest of the run.
-    if (field(OptCaching) != 0)
+    if (*caching != 0)
         CachingEnabled = true;
-    if (!options.has(OptMonitorClipboard))
+    const std::optional<int> monitoring = optionField(stored, OptMonitorClipboard);
+    if (!monitoring)
         return;
-    clipboard->setMonitoring(field(OptMonitorClipboard) != 0);
+    // A restart takes the clipboard's current text again, also when monitoring already ran.
+    clipboard->setMonitoring(false);
+    clipboard->setMonitoring(*monitoring != 0);
 }
 
 void FormMian::Private::registerHotKey()
@@ -594,6 +590,12 @@ bool FormMian::trayPresent() const
 void FormMian::setTrayPresent(bool present)
 {
     d->trayPresent = present;
+    // A window that waits minimised in the task bar for want of a tray goes into the one that came up.
+    if (present && isMinimized() && !isHidden()) {
+        d->meantShown = false;
+        hide();
+        Q_EMIT hiddenToTray();
+    }
 }
 QString FormMian::interfaceLanguage() const
 {
@@ -628,15 +630,26 @@ QMenu* FormMian::systemMenu() const
     return d->menus->bar(QStringLiteral("SYSMENU"));
 }
 
+// Decided by the program's own state: the window manager reports earlier requests late.
 void FormMian::toggleShowHide()
 {
-    if (isMinimized() || isHidden()) {
+    d->lastToggle.start();
+    if (!d->meantShown) {
+        d->meantShown = true;
         showNormal();
         raise();
         activateWindow();
     } else {
+        d->meantShown = false;
         setWindowState(windowState() | Qt::WindowMinimized);
     }
+}
+
+// A report that contradicts a toggle of the last moment is a late one about an earlier request.
+bool FormMian::Private::lateReport() const
+{
+    constexpr int kReportDelayMs = 1000;
+    return lastToggle.isValid() && !lastToggle.hasExpired(kReportDelayMs);
 }
 
 void FormMian::requestExit()
@@ -653,6 +666,7 @@ void FormMian::closeEvent(QCloseEvent* event)
     if (!d->exitRequested) {
         // Closing never ends the program: it minimises, and with a tray that hides the window there.
         event->ignore();
+        d->meantShown = false;
         setWindowState(windowState() | Qt::WindowMinimized);
         return;
     }
@@ -666,18 +680,32 @@ void FormMian::closeEvent(QCloseEvent* event)
 void FormMian::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || !isMinimized() || !d->trayPresent)
+    if (event->type() != QEvent::WindowStateChange || !isMinimized())
+        return;
+    if (d->meantShown && d->lateReport()) {
+        QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
+        return;
+    }
+    d->meantShown = false;
+    if (!d->trayPresent)
         return;
     // Hiding from inside the state change confuses some window managers; do it right after.
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (!isMinimized() || isHidden() || !d->trayPresent)
+            if (d->meantShown || isHidden() || !d->trayPresent)
                 return;
             hide();
             Q_EMIT hiddenToTray();
         },
         Qt::QueuedConnection);
+}
+
+void FormMian::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous())
+        d->meantShown = true;
 }
 
 void FormMian::keyPressEvent(QKeyEvent* event)

@@ -1,6 +1,7 @@
 // The command dispatch of the main window's menus and the commands behind it.
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
+#include "app/UniTextBox.h"
 #include "desktop/AutoStart.h"
 #include "desktop/CommandMenus.h"
 #include "desktop/Form2.h"
@@ -34,10 +35,13 @@ bool isLanguageMenuKey(const QString& key)
 
 void FormMian::dispatch(const QString& key)
 {
-    // Only the way out and the show/hide toggle are taken while a translation runs.
+    // While a translation runs only the way out and the show/hide toggle go at once; any other
+    // command runs when the translation ends.
     if (d->Translating && key != QLatin1String("menuSYS1") && key != QLatin1String("menuSYS3") &&
-        key != QLatin1String("menuF3"))
+        key != QLatin1String("menuF3")) {
+        d->waitingCommand = key;
         return;
+    }
 
     if (key.startsWith(QLatin1String("STYLE:"))) {
         bool ok = false;
@@ -127,7 +131,7 @@ void FormMian::Private::openTextFile()
     const QString content = ReadTextFile(fileName);
     if (trimBlanks(content).isEmpty())
         return;
-    sourceBox->setPlainText(content);
+    setBoxText(sourceBox, content);
     q->jcbuttonClick(0);
 }
 
@@ -141,8 +145,8 @@ void FormMian::Private::saveResults()
     const QString fileName = deps.chooseFile(q, request);
     if (fileName.isEmpty())
         return;
-    const ResultTexts texts{sourceBox->toPlainText(), resultBox->toPlainText(), phoneticBox->toPlainText(),
-                            dictionaryBox->toPlainText()};
+    const ResultTexts texts{boxText(sourceBox), boxText(resultBox), boxText(phoneticBox),
+                            boxText(dictionaryBox)};
     if (saveResultsFile(fileName, texts)) {
         openUrl(QUrl::fromLocalFile(fileName));
         return;

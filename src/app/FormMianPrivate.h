@@ -5,6 +5,7 @@
 #include "translate/HistoryRing.h"
 #include "translate/TranslationRouter.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -95,8 +96,12 @@ struct FormMian::Private {
 
     bool exitRequested = false;
     bool trayPresent = false;
+    bool meantShown = false; // the program's own idea, ahead of the window manager's reports
+    QElapsedTimer lastToggle;
+    bool lateReport() const;
     bool copiedTextWaiting = false;
     QString copiedText;
+    QString waitingCommand; // a menu command chosen while a translation ran
 
     // Loading
     void Form_Load();
@@ -135,6 +140,7 @@ struct FormMian::Private {
     void showSpeaker(int slot, bool shown, const SpokenText& text);
     void playSpeech(int slot);
     void takeWaitingCopiedText();
+    void runWaitingCommand();
 
     // Commands
     void setLanguage(int number);
@@ -151,8 +157,5 @@ struct FormMian::Private {
                                        QMessageBox::StandardButtons buttons, bool owned);
     const ServiceAddresses& addresses() const;
 };
-
-// Trims blanks (spaces only) at both ends, the test the buttons use for "empty".
-QString trimBlanks(const QString& text);
 
 } // namespace quillora

@@ -2,6 +2,7 @@
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
 #include "app/StringTable.h"
+#include "app/UniTextBox.h"
 #include "desktop/ModmonClip.h"
 #include "net/Connectivity.h"
 #include "translate/LanguageCatalogue.h"
@@ -68,7 +69,7 @@ void FormMian::translateCopiedText(const QString& text)
         d->copiedTextWaiting = true;
         return;
     }
-    d->sourceBox->setPlainText(text);
+    setBoxText(d->sourceBox, text);
     if (d->connectivity->isOnline()) {
         d->fanYi(d->autoCopy);
         return;
@@ -78,6 +79,15 @@ void FormMian::translateCopiedText(const QString& text)
         return;
     }
     d->notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
+}
+
+void FormMian::Private::runWaitingCommand()
+{
+    if (waitingCommand.isEmpty())
+        return;
+    QMetaObject::invokeMethod(
+        q, [this, key = std::exchange(waitingCommand, QString())] { q->dispatch(key); },
+        Qt::QueuedConnection);
 }
 
 void FormMian::Private::takeWaitingCopiedText()
@@ -117,10 +127,10 @@ void FormMian::Private::swap()
 void FormMian::Private::GoBack()
 {
     const HistorySlot& slot = ring.GoBack();
-    sourceBox->setPlainText(slot.source);
-    resultBox->setPlainText(slot.translation);
-    phoneticBox->setPlainText(slot.romanization);
-    dictionaryBox->setPlainText(slot.dictionary);
+    setBoxText(sourceBox, slot.source);
+    setBoxText(resultBox, slot.translation);
+    setBoxText(phoneticBox, slot.romanization);
+    setBoxText(dictionaryBox, slot.dictionary);
     setCombo1Row(slot.targetRow);
     setCombo2Row(slot.sourceRow);
     showSpeaker(0, slot.translationSpeech, {slot.translation, LanguageCode(slot.targetRow)});
@@ -130,7 +140,7 @@ void FormMian::Private::GoBack()
 // Only the emptiness test trims: the clipboard gets the box text as it stands.
 void FormMian::Private::copyResult()
 {
-    if (trimBlanks(resultBox->toPlainText()).isEmpty())
+    if (trimBlanks(boxText(resultBox)).isEmpty())
         return;
     clipboard->markOwnCopy();
     resultBox->selectAll();
@@ -161,19 +171,19 @@ void FormMian::Private::jcbutton1_Click()
 bool FormMian::Private::offlineCovers()
 {
     return router->offline()
-        .pairFor({sourceBox->toPlainText(), SourceCode, TargetCode, InterfaceCode})
+        .pairFor({boxText(sourceBox), SourceCode, TargetCode, InterfaceCode})
         .has_value();
 }
 
 void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
 {
-    if (trimBlanks(sourceBox->toPlainText()).isEmpty()) {
+    if (trimBlanks(boxText(sourceBox)).isEmpty()) {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
             box->clear();
         return;
     }
     Translating = true;
-    const QString source = sourceBox->toPlainText();
+    const QString source = boxText(sourceBox);
     q->setStatusMessage(text(MsgTranslating));
 
     RoutedOutcome routed;
@@ -186,9 +196,9 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
 
     responseBox->setPlainText(outcome.response);
     if (outcome.ok()) {
-        resultBox->setPlainText(outcome.result.translation);
-        phoneticBox->setPlainText(outcome.result.romanization);
-        dictionaryBox->setPlainText(outcome.result.dictionary);
+        setBoxText(resultBox, outcome.result.translation);
+        setBoxText(phoneticBox, outcome.result.romanization);
+        setBoxText(dictionaryBox, outcome.result.dictionary);
         if (routed.offlinePair)
             q->setStatusMessage(text(MsgOffline).arg(routed.offlinePair->mode));
         else
@@ -209,13 +219,14 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
     if (autoCopyFlag)
         q->jcbuttonClick(3);
     Q_EMIT q->translationFinished();
+    runWaitingCommand();
     takeWaitingCopiedText();
 }
 
 void FormMian::Private::prepareSpeech(const QString& sentText, const QString& spokenTranslation)
 {
     const QString base = addresses().service;
-    const QString source = sourceBox->toPlainText();
+    const QString source = boxText(sourceBox);
     if (sentText.size() > kSpeechTextLimit) {
         SourceSpeechOk = false;
         QFile::remove(speechPagePath(tempFolder, 1));
@@ -237,10 +248,10 @@ void FormMian::Private::prepareSpeech(const QString& sentText, const QString& sp
 void FormMian::Private::storeHistory()
 {
     HistorySlot slot;
-    slot.source = sourceBox->toPlainText();
-    slot.translation = resultBox->toPlainText();
-    slot.romanization = phoneticBox->toPlainText();
-    slot.dictionary = dictionaryBox->toPlainText();
+    slot.source = boxText(sourceBox);
+    slot.translation = boxText(resultBox);
+    slot.romanization = boxText(phoneticBox);
+    slot.dictionary = boxText(dictionaryBox);
     slot.targetRow = Combo1->currentIndex();
     slot.sourceRow = Combo2->currentIndex();
     ring.store(slot, TranslationSpeechOk ? speechPagePath(tempFolder, 0) : QString(),

@@ -80,8 +80,11 @@ LocaleParts splitLocale(const QString& spec)
     QString rest = spec.trimmed();
     const qsizetype at = rest.indexOf(QLatin1Char('@'));
     if (at >= 0) {
-        if (rest.mid(at + 1).compare(QLatin1String("latin"), Qt::CaseInsensitive) == 0)
+        const QString modifier = rest.mid(at + 1).toLower();
+        if (modifier == QLatin1String("latin"))
             parts.script = QStringLiteral("Latn");
+        else if (modifier == QLatin1String("cyrillic"))
+            parts.script = QStringLiteral("Cyrl");
         rest.truncate(at);
     }
     const qsizetype dot = rest.indexOf(QLatin1Char('.'));
@@ -176,25 +179,43 @@ QString chooseInterfaceLanguage(const LocaleSources& sources)
 
 QByteArray legacyCodecForLocale(const QString& localeName)
 {
+    // The Windows ANSI code page of each language; Chinese by its script or territory below.
+    struct CodePage {
+        const char* codec;
+        const char* languages;
+    };
+    static const CodePage codePages[] = {
+        {"windows-1250", "cs pl hu sk sl hr ro sq bs hsb dsb"},
+        {"windows-1251", "ru uk be bg mk sr kk ky tt ba mn tg sah cv os"},
+        {"windows-1253", "el"},
+        {"windows-1254", "tr az uz"},
+        {"windows-1255", "he yi"},
+        {"windows-1256", "ar fa ur ps sd ckb ug"},
+        {"windows-1257", "et lv lt"},
+        {"windows-1258", "vi"},
+        {"windows-874", "th"},
+        {"windows-31j", "ja"},
+        {"windows-949", "ko"},
+    };
     const LocaleParts parts = splitLocale(localeName);
-    const QString& lang = parts.language;
-    if (lang == QLatin1String("zh")) {
+    if (parts.language == QLatin1String("zh")) {
         static const QStringList traditional{QStringLiteral("TW"), QStringLiteral("HK"),
                                              QStringLiteral("MO")};
         const bool big5 = parts.script == QLatin1String("Hant") ||
                           (parts.script.isEmpty() && traditional.contains(parts.territory));
         return big5 ? QByteArrayLiteral("Big5") : QByteArrayLiteral("GBK");
     }
-    if (lang == QLatin1String("th"))
-        return QByteArrayLiteral("windows-874");
-    static const QStringList centralEuropean{
-        QStringLiteral("cs"), QStringLiteral("pl"), QStringLiteral("hu"),
-        QStringLiteral("sk"), QStringLiteral("sl"), QStringLiteral("hr"),
-        QStringLiteral("ro"), QStringLiteral("sq"), QStringLiteral("bs")};
-    if (centralEuropean.contains(lang) ||
-        (lang == QLatin1String("sr") && parts.script == QLatin1String("Latn")))
+    QByteArray codec = QByteArrayLiteral("windows-1252");
+    for (const CodePage& page : codePages) {
+        if (QString::fromLatin1(page.languages).split(QLatin1Char(' ')).contains(parts.language))
+            codec = page.codec;
+    }
+    // Languages written in both alphabets follow the locale's script.
+    if (parts.script == QLatin1String("Cyrl") && codec != "windows-1252")
+        return QByteArrayLiteral("windows-1251");
+    if (parts.script == QLatin1String("Latn") && codec == "windows-1251")
         return QByteArrayLiteral("windows-1250");
-    return QByteArrayLiteral("windows-1252");
+    return codec;
 }
 
 } // namespace quillora

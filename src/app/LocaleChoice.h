@@ -32,8 +32,8 @@ QString interfaceLanguageForLcid(int lcid);
 // The interface language the system locale asks for.
 QString chooseInterfaceLanguage(const LocaleSources& sources = {});
 
-// The legacy code page that unmarked non-UTF-8 text files are read with, by locale language:
-// "GBK", "Big5", "windows-874", "windows-1250" or "windows-1252".
+// The legacy code page that unmarked non-UTF-8 text files are read with: the locale's Windows ANSI
+// code page (1250-1258, 874, 932, 936, 949, 950) as a QStringDecoder name.
 QByteArray legacyCodecForLocale(const QString& localeName);
 
 } // namespace quillora

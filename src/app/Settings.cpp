@@ -72,6 +72,14 @@ ParsedOptions parseOptions(const QString& text)
     return parsed;
 }
 
+std::optional<int> optionField(const QString& text, OptionField field)
+{
+    int v = 0;
+    if (!readInt(text.section(QLatin1Char('|'), field, field), &v))
+        return std::nullopt;
+    return v;
+}
+
 QString formatOptions(const OptionValues& values)
 {
     QStringList parts;

@@ -3,8 +3,10 @@
 #include <QString>
 #include <QVector>
 #include <array>
+#include <optional>
 
-namespace quillora {
+namespace quillora
+{
 
 // Field indexes of the "Options" string, in stored order.
 enum OptionField {
@@ -33,6 +35,8 @@ struct ParsedOptions {
 };
 
 ParsedOptions parseOptions(const QString& text);
+// One field read on its own, whatever the fields before it hold.
+std::optional<int> optionField(const QString& text, OptionField field);
 QString formatOptions(const OptionValues& values);
 
 // The eight "Font" fields. colorBgr is the stored 24-bit blue-green-red number.
@@ -59,7 +63,8 @@ QString formatFont(const FontSetting& font);
 
 // The per-user settings file: INI, group "Setup". Every value is stored as a string.
 // Nothing here throws or crashes on a hand-edited file.
-class Settings {
+class Settings
+{
 public:
     // $XDG_CONFIG_HOME/Quillora/Quillora.conf
     static QString defaultFilePath();

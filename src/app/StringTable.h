@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 inline constexpr int kInterfaceLanguageCount = 7;
 
@@ -23,7 +24,8 @@ enum StatusOffset {
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.
 // id = language number x 1000 + offset.
-class StringTable {
+class StringTable
+{
 public:
     // The table text, or an empty string (with a warning) when the id does not exist.
     static QString text(int id);

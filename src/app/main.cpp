@@ -64,6 +64,10 @@ int main(int argc, char* argv[])
     const QString platformNote = preferXWaylandForClipboard(argc, argv);
     if (!platformNote.isEmpty())
         std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(platformNote));
+    // The command line as given: QApplication takes its own options (-name, -display, ...) out of argv.
+    QStringList given;
+    for (int i = 1; i < argc; ++i)
+        given.append(QString::fromLocal8Bit(argv[i]));
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Quillora"));
     QApplication::setApplicationName(QStringLiteral("Quillora"));
@@ -71,9 +75,7 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
 
-    // Qt has already taken its own options (-platform, -display, ...) out of the arguments; what
-    // remains, joined, is the program's command line.
-    const StartupCommand command(QCoreApplication::arguments().mid(1));
+    const StartupCommand command(given);
     const QString failure = removeLeftoverUpdater(QCoreApplication::applicationDirPath(), command);
     if (!failure.isEmpty()) {
         std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(failure));

@@ -12,7 +12,6 @@ namespace
 {
 
 // The palette a button had before any style coloured it, so styles 0 and 3 can give it back.
-const char kOwnPalette[] = "quilloraOwnPalette";
 
 void fillBackground(QWidget* widget, const QColor& colour)
 {
@@ -26,21 +25,10 @@ void fillBackground(QWidget* widget, const QColor& colour)
 
 void colourButton(QWidget* button, const QColor& colour)
 {
-    if (!button->property(kOwnPalette).isValid())
-        button->setProperty(kOwnPalette, QVariant::fromValue(button->palette()));
     QPalette palette = button->palette();
     palette.setColor(QPalette::Button, colour);
     palette.setColor(QPalette::Window, colour);
     button->setPalette(palette);
-}
-
-void restoreButton(QWidget* button)
-{
-    const QVariant own = button->property(kOwnPalette);
-    if (!own.isValid())
-        return;
-    button->setPalette(own.value<QPalette>());
-    button->setProperty(kOwnPalette, QVariant());
 }
 
 } // namespace
@@ -70,14 +58,12 @@ void applyVisualStyle(int style, QWidget* pic1, const QList<QWidget*>& checkBoxe
     fillBackground(pic1, background);
     for (QWidget* check : checkBoxes)
         fillBackground(check, background);
-    const bool colouredButtons = style == 1 || style == 2;
+    // Styles 0 and 3 leave the buttons' colour as it is.
+    if (style != 1 && style != 2)
+        return;
     for (QWidget* button : buttons) {
-        if (!button)
-            continue;
-        if (colouredButtons)
+        if (button)
             colourButton(button, background);
-        else
-            restoreButton(button);
     }
 }
 

@@ -19,11 +19,12 @@ namespace quillora
 namespace
 {
 
-// Errors that still mean a complete HTTP answer arrived (4xx/5xx pages): the callers look at the body.
+// Qt maps every 4xx/5xx status to an error kind of its own (400 and 418 to protocol errors, 407 to a
+// proxy error); only failures of the connection itself mean no complete answer arrived.
 bool isHttpStatusError(QNetworkReply::NetworkError error)
 {
-    return (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
-           (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
+    return error == QNetworkReply::ProxyAuthenticationRequiredError ||
+           error >= QNetworkReply::ContentAccessDenied;
 }
 
 QString decodeWith(const QByteArray& body, const QByteArray& codecName)

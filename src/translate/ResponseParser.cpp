@@ -228,14 +228,45 @@ QUrl jsonRequestUrl(const QString& api, const QString& client, const QString& te
     return url;
 }
 
+namespace
+{
+
+// The service also answers in JavaScript's array form, where an element left out between commas
+// ("[1,,2]", "[,1]", "[1,]") is empty: each becomes null so that the JSON reader takes it.
+QByteArray withEmptyElementsAsNull(const QByteArray& body)
+{
+    QByteArray out;
+    out.reserve(body.size());
+    bool inString = false;
+    bool escaped = false;
+    char previous = 0; // the last character outside strings that is not white space
+    for (const char c : body) {
+        if (inString) {
+            inString = escaped || c != '"';
+            escaped = !escaped && c == '\\';
+        } else if (c == '"') {
+            inString = true;
+        } else if ((c == ',' || c == ']') && (previous == ',' || (previous == '[' && c == ','))) {
+            out += "null";
+        }
+        out += c;
+        if (!inString && c != ' ' && c != '\t' && c != '\r' && c != '\n')
+            previous = c;
+    }
+    return out;
+}
+
+} // namespace
+
 bool parseJsonResponse(const QByteArray& body, TranslationResult* out)
 {
     QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(body, &error);
+    const QJsonDocument doc = QJsonDocument::fromJson(withEmptyElementsAsNull(body), &error);
     if (error.error != QJsonParseError::NoError || !doc.isArray())
         return false;
     const QJsonArray root = doc.array();
-    if (!root.at(0).isArray())
+    // An empty first element is an answer without translation, which may still hold a dictionary.
+    if (!root.at(0).isArray() && !(root.at(0).isNull() && root.at(1).isArray()))
         return false;
 
     TranslationResult result;

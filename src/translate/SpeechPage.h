@@ -15,7 +15,7 @@ QString speechPageText(const QString& text, const QString& code, const QString& 
 // soun(0).tmp / soun(1).tmp in `folder`.
 QString speechPagePath(const QString& folder, int slot);
 // Writes the page for `slot` (0 translation, 1 source), or deletes it when the code has no speech.
-// Returns whether a page was written.
+// Returns whether the speaker shows: for every code with speech, written or not.
 bool BuildSpeechPage(const QString& text, const QString& code, int slot, const QString& folder,
                      const QString& serviceBase);
 // The service's spoken audio for a text.

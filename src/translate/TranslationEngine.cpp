@@ -53,6 +53,17 @@ TranslationOutcome succeeded(const TranslationResult& result, const QString& res
 
 } // namespace
 
+QString trimBlanks(const QString& text)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && text.at(begin) == QLatin1Char(' '))
+        ++begin;
+    while (end > begin && text.at(end - 1) == QLatin1Char(' '))
+        --end;
+    return text.mid(begin, end - begin);
+}
+
 QString failureReasonText(TranslationFailure failure)
 {
     switch (failure) {
@@ -110,7 +121,7 @@ void TranslationEngine::cancel()
 
 TranslationOutcome TranslationEngine::translate(const TranslationRequest& request)
 {
-    if (request.text.trimmed().isEmpty())
+    if (trimBlanks(request.text).isEmpty())
         return failed(TranslationFailure::NothingToTranslate);
 
     if (!m_formAbandoned) {

@@ -139,6 +139,8 @@ QByteArray StandinService::answer(const Request& request) const
         return reply(200, QJsonDocument(QJsonArray{sentences, entries, "en"}).toJson(QJsonDocument::Compact),
                      "application/json; charset=UTF-8");
     }
+    if (path.startsWith(u"/status/"))
+        return reply(path.mid(8).toInt(), page("status " + path.mid(8).toUtf8()));
     const auto file = m_files.constFind(path.mid(7));
     if (request.method == "GET" && path.startsWith(u"/files/") && file != m_files.constEnd())
         return reply(200, file->second, file->first);

@@ -11,8 +11,9 @@ namespace quillora::test
 {
 
 // A stand-in for the translation service and the maker's file server on 127.0.0.1, one request per
-// connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode) and
-// GET /files/<name> (set by setFile; otherwise a "404 Not Found" page). Every request is recorded.
+// connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode),
+// GET /files/<name> (set by setFile; otherwise a "404 Not Found" page) and GET /status/<n> (a page
+// with status n). Every request is recorded.
 // Translations are deterministic: to "fr" a few English words (hello -> bonjour, world -> monde,
 // cat -> chat, dog -> chien), every other word upper-cased; the romanization is the translation in
 // lower case between "/" marks; the dictionary has "interjection" entries for "hello" to "fr" and a
