@@ -43,7 +43,7 @@ private Q_SLOTS:
             QCOMPARE(r.header("User-Agent"), QByteArray("Quillora/2.1.91"));
         // An error status still delivers its page; no server is a network error.
         const HttpReply missing = client.get(file("missing"));
-        QCOMPARE(QPair(missing.outcome, missing.status), QPair(HttpReply::Ok, 404));
+        QCOMPARE(std::pair(missing.outcome, missing.status), std::pair(HttpReply::Ok, 404));
         QVERIFY(missing.body.contains("404 Not Found"));
         QCOMPARE(client.get(kNobody).outcome, HttpReply::NetworkError);
     }
