@@ -4,7 +4,8 @@
 #include <QVector>
 #include <array>
 
-namespace quillora {
+namespace quillora
+{
 
 // Field indexes of the "Options" string, in stored order.
 enum OptionField {
@@ -59,7 +60,8 @@ QString formatFont(const FontSetting& font);
 
 // The per-user settings file: INI, group "Setup". Every value is stored as a string.
 // Nothing here throws or crashes on a hand-edited file.
-class Settings {
+class Settings
+{
 public:
     // $XDG_CONFIG_HOME/Quillora/Quillora.conf
     static QString defaultFilePath();
