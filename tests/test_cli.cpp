@@ -55,7 +55,7 @@ private Q_SLOTS:
         const CommandResult json = cli({"--json", "-s", "en", "-t", "fr", "hello"}, {}, base);
         standin.kill();
         standin.waitForFinished();
-        QCOMPARE(QPair(plain.exitCode, json.exitCode), QPair(0, 0));
+        QCOMPARE(std::pair(plain.exitCode, json.exitCode), std::pair(0, 0));
         QCOMPARE(QString::fromUtf8(plain.out + plain.err),
                  "bonjour\n\n/bonjour/\n\ninterjection:\n1. bonjour\n2. salut\n3. allô\n");
         QCOMPARE(json.out.count('\n'), 1);

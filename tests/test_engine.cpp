@@ -67,7 +67,7 @@ private Q_SLOTS:
         m_service.setFormMode(Form::Legacy);
         QCOMPARE(engine.translate(request("a&b", "en")).result.translation, QStringLiteral("A&B"));
         QCOMPARE(m_service.requests().last().query().queryItemValue("sl"), QStringLiteral("en"));
-        QCOMPARE(QPair(posts(), jsonGets()), QPair(1, 2));
+        QCOMPARE(std::pair(posts(), jsonGets()), std::pair(1, 2));
         QVERIFY(TranslationEngine(addresses()).translate(request("cat")).ok());
         QCOMPARE(posts(), 2);
     }

@@ -56,7 +56,9 @@ struct Rig {
             raw.setValue(u"Setup/"_s + it.key(), it.value());
         raw.sync();
         settings = std::make_unique<Settings>(raw.fileName());
-        FormMianDeps deps{settings.get(), &connectivity};
+        FormMianDeps deps;
+        deps.settings = settings.get();
+        deps.connectivity = &connectivity;
         deps.registerHotKey = false;
         deps.programPath = u"/opt/quillora/bin/quillora"_s;
         deps.notice = [this](QWidget*, const NoticeRequest& request) {

@@ -63,20 +63,20 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         HistoryRing ring(dir.path());
-        const auto positions = [&ring] { return QPair(ring.ShowPos(), ring.WritePos()); };
+        const auto positions = [&ring] { return std::pair(ring.ShowPos(), ring.WritePos()); };
         QCOMPARE(ring.GoBack().source, QString()); // the empty last slot
-        QCOMPARE(positions(), QPair(2, 0));
+        QCOMPARE(positions(), std::pair(2, 0));
         const QStringList names{"one", "two", "three", "four"};
         for (int i = 0; i < names.size(); ++i) {
             QCOMPARE(ring.store(slotNamed(names.at(i)), QString(), QString()), i % 3);
-            QCOMPARE(positions(), QPair(i % 3, (i + 1) % 3));
+            QCOMPARE(positions(), std::pair(i % 3, (i + 1) % 3));
         }
         QCOMPARE(ring.slot(0).dictionary, QStringLiteral("four dict"));
         QStringList walked;
         for (int i = 0; i < 4; ++i)
             walked << ring.GoBack().source;
         QCOMPARE(walked, QStringList({"three", "two", "four", "three"}));
-        QCOMPARE(positions(), QPair(2, 1)); // walking back never moves the next write
+        QCOMPARE(positions(), std::pair(2, 1)); // walking back never moves the next write
     }
 
     void ringCopiesAndDeletesSlotFiles()

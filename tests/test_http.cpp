@@ -45,7 +45,7 @@ private Q_SLOTS:
         for (int status : {400, 403, 404, 407, 418, 500, 503}) {
             const HttpReply got =
                 client.get(QUrl(m_service.baseUrl() + "/status/" + QString::number(status)));
-            QCOMPARE(qMakePair(got.outcome, got.status), qMakePair(HttpReply::Ok, status));
+            QCOMPARE(std::pair(got.outcome, got.status), std::pair(HttpReply::Ok, status));
             QVERIFY(got.body.contains("status " + QByteArray::number(status)));
         }
         QCOMPARE(client.get(kNobody).outcome, HttpReply::NetworkError);

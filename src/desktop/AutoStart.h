@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 inline const QString kAutoStartName = QStringLiteral("Zelvan-Quilrun");
 

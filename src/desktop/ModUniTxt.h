@@ -3,10 +3,18 @@
 #include <QByteArray>
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 // Text-file encodings by number.
-enum TextEncoding { EncAnsi = 0, EncUtf8 = 1, EncUtf16LE = 2, EncUtf16BE = 3, EncUtf32LE = 4, EncUtf32BE = 5 };
+enum TextEncoding {
+    EncAnsi = 0,
+    EncUtf8 = 1,
+    EncUtf16LE = 2,
+    EncUtf16BE = 3,
+    EncUtf32LE = 4,
+    EncUtf32BE = 5
+};
 
 struct ByteOrderMark {
     int encoding = EncAnsi;

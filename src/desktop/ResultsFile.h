@@ -4,7 +4,8 @@
 #include <QLocale>
 #include <QString>
 
-namespace quillora {
+namespace quillora
+{
 
 struct ResultTexts {
     QString source;
@@ -17,6 +18,7 @@ struct ResultTexts {
 QString buildResultsText(const ResultTexts& texts, const QDateTime& when, const QLocale& locale = QLocale());
 
 // Writes the results file as UTF-16 BE with its mark, atomically.
-bool saveResultsFile(const QString& fileName, const ResultTexts& texts, const QDateTime& when = QDateTime::currentDateTime());
+bool saveResultsFile(const QString& fileName, const ResultTexts& texts,
+                     const QDateTime& when = QDateTime::currentDateTime());
 
 } // namespace quillora

@@ -42,7 +42,7 @@ xcb_atom_t internAtom(xcb_connection_t* c, const QByteArray& name)
 {
     xcb_intern_atom_reply_t* reply =
         xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, quint16(name.size()), name.constData()), nullptr);
-    const xcb_atom_t atom = reply ? reply->atom : XCB_ATOM_NONE;
+    const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
     free(reply);
     return atom;
 }
@@ -102,7 +102,7 @@ void TrayHostWatch::watchXEmbed(xcb_connection_t* c)
     for (const xcb_atom_t selection : std::as_const(m_selections)) {
         xcb_get_selection_owner_reply_t* reply =
             xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, selection), nullptr);
-        const xcb_window_t owner = reply ? reply->owner : XCB_WINDOW_NONE;
+        const xcb_window_t owner = reply ? reply->owner : xcb_window_t(XCB_WINDOW_NONE);
         free(reply);
         if (owner) {
             followOwner(owner);

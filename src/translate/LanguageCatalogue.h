@@ -3,7 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-namespace quillora {
+namespace quillora
+{
 
 inline constexpr int kLanguageCount = 59;
 inline constexpr int kSourcePickerOffset = 2; // Combo2 row = catalogue index + 2
@@ -22,7 +23,7 @@ QStringList sourcePickerNames(int interfaceLanguage); // Combo2: "Detect languag
 
 // What choosing a Combo2 row means.
 struct SourceRowEffect {
-    QString sourceCode;     // "" for detection
+    QString sourceCode; // "" for detection
     bool rightToLeft = false;
     bool swapEnabled = true;
 };
