@@ -170,9 +170,7 @@ void FormMian::Private::jcbutton1_Click()
 
 bool FormMian::Private::offlineCovers()
 {
-    return router->offline()
-        .pairFor({boxText(sourceBox), SourceCode, TargetCode, InterfaceCode})
-        .has_value();
+    return router->offline().pairFor({boxText(sourceBox), SourceCode, TargetCode, InterfaceCode}).has_value();
 }
 
 void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
