@@ -31,6 +31,7 @@
 #include <QLayout>
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QStatusBar>
@@ -112,6 +113,13 @@ FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
         deps.programPath = QCoreApplication::applicationFilePath();
     if (!deps.openUrl)
         deps.openUrl = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
+    if (!deps.openAddress) {
+        // QUrl would re-encode what the user typed; the browser gets the text as built.
+        deps.openAddress = [open = deps.openUrl](const QString& address) {
+            return QProcess::startDetached(QStringLiteral("xdg-open"), {address}) ||
+                   open(QUrl(address, QUrl::TolerantMode));
+        };
+    }
     if (!deps.chooseFile)
         deps.chooseFile = chooseWithDialog;
     if (!deps.runDialog)

@@ -47,6 +47,8 @@ struct FileDialogRequest {
 };
 using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;
 using UrlOpener = std::function<bool(const QUrl&)>;
+// Opens an address exactly as written, for addresses the program builds as text.
+using AddressOpener = std::function<bool(const QString&)>;
 using DialogRunner = std::function<int(QDialog*)>; // returns QDialog::DialogCode
 using ProgramStarter = std::function<bool(const QString& program, const QStringList& arguments)>;
 
@@ -60,6 +62,7 @@ struct FormMianDeps {
     QString programPath;                       // default: QCoreApplication::applicationFilePath()
     bool registerHotKey = true;                // tests on offscreen pass false
     UrlOpener openUrl;                         // default: QDesktopServices::openUrl
+    AddressOpener openAddress;                 // default: xdg-open, else openUrl
     FileChooser chooseFile;                    // default: a QFileDialog
     DialogRunner runDialog;                    // default: QDialog::exec
     ProgramStarter startProgram;               // default: QProcess::startDetached

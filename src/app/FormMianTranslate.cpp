@@ -161,7 +161,7 @@ void FormMian::Private::jcbutton1_Click()
     const QString typed = ucComText->currentText();
     const QString address = webPageTranslationAddress(addresses().service, InterfaceCode, SourceCode,
                                                       TargetCode, typed.trimmed());
-    openUrl(QUrl(address, QUrl::TolerantMode));
+    deps.openAddress(address);
     ucComText->addItem(typed);
     if (ucComText->count() > kMaxRememberedAddresses)
         ucComText->removeItem(0);
