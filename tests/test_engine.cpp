@@ -2,7 +2,6 @@
 #include "standin/StandinService.h"
 #include "translate/TranslationEngine.h"
 
-#include <QTimer>
 #include <QtTest>
 
 using namespace quillora;

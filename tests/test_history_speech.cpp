@@ -10,8 +10,7 @@
 #include <unistd.h>
 
 using namespace quillora;
-using test::readFile;
-using test::writeFile;
+using namespace quillora::test;
 
 namespace
 {
