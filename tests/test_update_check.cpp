@@ -136,7 +136,7 @@ private Q_SLOTS:
                                                                 : "stale");
         QCOMPARE(QFileInfo(rig.updater()).isExecutable(), handedOver);
         QCOMPARE(rig.started,
-                 handedOver ? QList<QStringList>{{rig.updater(), u"quillora"_s}} : QList<QStringList>());
+                 handedOver ? QList<QStringList>({{rig.updater(), u"quillora"_s}}) : QList<QStringList>());
         QCOMPARE(exiting.size(), handedOver ? 1 : 0);
     }
 
