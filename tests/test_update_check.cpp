@@ -16,7 +16,6 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -42,10 +41,8 @@ struct Rig {
         if (!service.listen())
             qFatal("the stand-in site cannot listen");
         qputenv("QUILLORA_SITE_URL", site.url().toUtf8());
-        QSettings raw(dir.filePath(u"Quillora.conf"_s), QSettings::IniFormat);
-        raw.setValue(u"Setup/Language"_s, language);
-        raw.sync();
-        settings = std::make_unique<Settings>(raw.fileName());
+        settings = std::make_unique<Settings>(dir.filePath(u"Quillora.conf"_s));
+        settings->setLanguage(language);
         FormMianDeps deps;
         deps.settings = settings.get();
         deps.connectivity = &connectivity;
