@@ -84,11 +84,10 @@ private Q_SLOTS:
     {
         if (!QDir(LanguageGuesser::defaultFingerprintFolder()).exists())
             QSKIP("libexttextcat's fingerprints are not installed");
-        for (int i = 0; i < kLanguageCount; ++i) {
-            const QString name = fingerprintName(LanguageCode(i));
-            QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' + name + ".lm"),
+        for (int i = 0; i < kLanguageCount; ++i)
+            QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' +
+                                   fingerprintName(LanguageCode(i)) + ".lm"),
                      qPrintable(LanguageCode(i)));
-        }
         QCOMPARE(fingerprintName("iw"), "he");
     }
 
