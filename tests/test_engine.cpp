@@ -2,7 +2,6 @@
 #include "standin/StandinService.h"
 #include "translate/TranslationEngine.h"
 
-#include <QTimer>
 #include <QtTest>
 
 using namespace quillora;
@@ -74,28 +73,24 @@ private Q_SLOTS:
 
     void refusalsAndBadAnswers()
     {
-        const struct {
-            Form form;
-            Json json;
-            Failure failure;
-        } cases[] = {{Form::Refused, Json::Ok, Failure::Refused},
-                     {Form::Empty, Json::Ok, Failure::Empty},
-                     {Form::Changed, Json::TooManyRequests, Failure::Refused},
-                     {Form::Changed, Json::Unavailable, Failure::Refused},
-                     {Form::Changed, Json::Html, Failure::BadAnswer}};
-        for (const auto& c : cases) {
+        for (const auto& [form, json, failure] :
+             {std::tuple(Form::Refused, Json::Ok, Failure::Refused),
+              std::tuple(Form::Empty, Json::Ok, Failure::Empty),
+              std::tuple(Form::Changed, Json::TooManyRequests, Failure::Refused),
+              std::tuple(Form::Changed, Json::Unavailable, Failure::Refused),
+              std::tuple(Form::Changed, Json::Html, Failure::BadAnswer)}) {
             m_service.reset();
-            m_service.setFormMode(c.form);
-            m_service.setJsonMode(c.json);
+            m_service.setFormMode(form);
+            m_service.setJsonMode(json);
             TranslationEngine engine(addresses());
             const TranslationOutcome outcome = engine.translate(request("hello"));
-            QCOMPARE(outcome.failure, c.failure);
+            QCOMPARE(outcome.failure, failure);
             QCOMPARE(outcome.result, TranslationResult());
             // Only a changed page leads to JSON, and only then is the form left for good.
-            QCOMPARE(jsonGets(), c.form == Form::Changed ? 1 : 0);
+            QCOMPARE(jsonGets(), form == Form::Changed ? 1 : 0);
             m_service.reset();
             QCOMPARE(engine.translate(request("hello")).result.translation, QStringLiteral("bonjour"));
-            QCOMPARE(posts(), c.form == Form::Changed ? 0 : 1); // counted since the reset
+            QCOMPARE(posts(), form == Form::Changed ? 0 : 1); // counted since the reset
         }
     }
 

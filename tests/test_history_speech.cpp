@@ -10,15 +10,13 @@
 #include <unistd.h>
 
 using namespace quillora;
-using test::readFile;
-using test::writeFile;
+using namespace quillora::test;
 
 namespace
 {
 
 // 0700 as Qt spells it.
-const QFile::Permissions kOwnerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                      QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
+const QFile::Permissions kOwnerOnly(0x7700);
 
 HistorySlot slotNamed(const QString& name, bool speech = false)
 {

@@ -6,8 +6,6 @@
 
 #include <QSslKey>
 #include <QSslServer>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 
 using namespace quillora;

@@ -4,15 +4,11 @@
 #include "translate/LanguageGuesser.h"
 #include "translate/OfflineEngine.h"
 
-#include <QDir>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace quillora;
 using quillora::test::StandinService;
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -24,6 +20,10 @@ QString listed(const QList<OfflinePair>& pairs)
         out << pair.source + '-' + pair.target + ' ' + pair.mode;
     return out.join(", ");
 }
+
+#define NEED_ENGLISH_SPANISH()                                                                               \
+    if (!haveEnglishSpanish())                                                                               \
+    QSKIP("apertium with apertium-eng-spa is not installed")
 
 const QString kEnglish = "The weather is nice today and I want to go to the beach.";
 
@@ -77,19 +77,17 @@ private Q_SLOTS:
     void pairsFromModeNames()
     {
         QFETCH(QStringList, modes);
-        QFETCH(QString, pairs);
-        QCOMPARE(listed(offlinePairsFromModes(modes)), pairs);
+        QTEST(listed(offlinePairsFromModes(modes)), "pairs");
     }
 
     void everyCatalogueLanguageHasAFingerprint()
     {
         if (!QDir(LanguageGuesser::defaultFingerprintFolder()).exists())
             QSKIP("libexttextcat's fingerprints are not installed");
-        for (int i = 0; i < kLanguageCount; ++i) {
-            const QString name = fingerprintName(LanguageCode(i));
-            QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' + name + ".lm"),
+        for (int i = 0; i < kLanguageCount; ++i)
+            QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' +
+                                   fingerprintName(LanguageCode(i)) + ".lm"),
                      qPrintable(LanguageCode(i)));
-        }
         QCOMPARE(fingerprintName("iw"), "he");
     }
 
@@ -98,28 +96,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("output");
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("marks") << "The #a lot of @house"
-                               << "muchos casa"
-                               << "The a lot of house";
-        QTest::newRow("source has #") << "#tag and #a lot"
-                                      << "#tag y muchos"
-                                      << "#tag and #a lot";
-        QTest::newRow("not marks") << "5 # 3, a@b.org"
-                                   << "5 # 3, a@b.org"
-                                   << "5 # 3, a@b.org";
+        QTest::newRow("marks") << u"The #a lot of @house"_s << u"muchos casa"_s << u"The a lot of house"_s;
+        QTest::newRow("source has #") << u"#tag and #a lot"_s << u"#tag y muchos"_s << u"#tag and #a lot"_s;
+        QTest::newRow("not marks") << u"5 # 3, a@b.org"_s << u"5 # 3, a@b.org"_s << u"5 # 3, a@b.org"_s;
     }
     void unknownWordMarks()
     {
         QFETCH(QString, output);
         QFETCH(QString, source);
-        QFETCH(QString, shown);
-        QCOMPARE(withoutUnknownMarks(output, source), shown);
+        QTEST(withoutUnknownMarks(output, source), "shown");
     }
 
     void translatesWithTheInstalledPair()
     {
-        if (!haveEnglishSpanish())
-            QSKIP("apertium with apertium-eng-spa is not installed");
+        NEED_ENGLISH_SPANISH();
         const TranslationOutcome outcome =
             m_engine.translate(*m_engine.pairFor({kEnglish, "en", "es", "en"}), kEnglish + " Zorblax!");
         QVERIFY2(outcome.ok(), qPrintable(failureReasonText(outcome.failure)));
@@ -134,26 +124,18 @@ private Q_SLOTS:
         QCOMPARE(missing.translate({"eng-spa", "en", "es"}, kEnglish).failure, TranslationFailure::BadAnswer);
     }
 
-    void requestCaps_data()
-    {
-        QTest::addColumn<int>("timeoutMs");
-        QTest::addColumn<int>("maxBytes");
-        QTest::addColumn<int>("failure");
-        QTest::newRow("time") << 1 << 16 * 1024 * 1024 << int(TranslationFailure::TimedOut);
-        QTest::newRow("size") << 30000 << 100 << int(TranslationFailure::BadAnswer);
-    }
+    // Over time, then over size.
     void requestCaps()
     {
-        QFETCH(int, timeoutMs);
-        QFETCH(int, maxBytes);
-        QFETCH(int, failure);
-        if (!haveEnglishSpanish())
-            QSKIP("apertium with apertium-eng-spa is not installed");
-        OfflineEngine engine;
-        engine.setTimeoutMs(timeoutMs);
-        engine.setMaxBytes(maxBytes);
-        const OfflinePair pair{"eng-spa", "en", "es"};
-        QCOMPARE(int(engine.translate(pair, kEnglish.repeated(20)).failure), failure);
+        NEED_ENGLISH_SPANISH();
+        for (const auto& [timeoutMs, maxBytes, failure] :
+             {std::tuple(1, 16 << 20, TranslationFailure::TimedOut),
+              std::tuple(30000, 100, TranslationFailure::BadAnswer)}) {
+            OfflineEngine engine;
+            engine.setTimeoutMs(timeoutMs);
+            engine.setMaxBytes(maxBytes);
+            QCOMPARE(engine.translate({"eng-spa", "en", "es"}, kEnglish.repeated(20)).failure, failure);
+        }
     }
 
     void detectionAmongTheInstalledSources_data()
@@ -161,33 +143,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("mode");
-        QTest::newRow("English") << kEnglish << "es"
-                                 << "eng-spa";
-        QTest::newRow("Spanish") << "El tiempo es bueno hoy y quiero ir a la playa."
-                                 << "en"
-                                 << "spa-eng";
-        QTest::newRow("two letters") << "ok"
-                                     << "es"
-                                     << "";
-        QTest::newRow("Thai script") << QString("วันนี้อากาศดีและฉันอยากไปทะเลมาก") << "es"
-                                     << "";
-        QTest::newRow("no pair into Thai") << kEnglish << "th"
-                                           << "";
+        QTest::newRow("English") << kEnglish << u"es"_s << u"eng-spa"_s;
+        QTest::newRow("Spanish") << u"El tiempo es bueno hoy y quiero ir a la playa."_s << u"en"_s
+                                 << u"spa-eng"_s;
+        QTest::newRow("two letters") << u"ok"_s << u"es"_s << QString();
+        QTest::newRow("Thai script") << u"วันนี้อากาศดีและฉันอยากไปทะเลมาก"_s << u"es"_s << QString();
+        QTest::newRow("no pair into Thai") << kEnglish << u"th"_s << QString();
     }
     void detectionAmongTheInstalledSources()
     {
         QFETCH(QString, text);
         QFETCH(QString, target);
-        QFETCH(QString, mode);
-        if (!haveEnglishSpanish())
-            QSKIP("apertium with apertium-eng-spa is not installed");
-        QCOMPARE(m_engine.pairFor({text, "", target, "en"}).value_or(OfflinePair{}).mode, mode);
+        NEED_ENGLISH_SPANISH();
+        QTEST(m_engine.pairFor({text, "", target, "en"}).value_or(OfflinePair{}).mode, "mode");
     }
 
     void commandLine()
     {
-        if (!haveEnglishSpanish())
-            QSKIP("apertium with apertium-eng-spa is not installed");
+        NEED_ENGLISH_SPANISH();
         const test::CommandResult offline = cli({"--engine", "offline", "-s", "en", "-t", "es", kEnglish});
         QCOMPARE(offline.exitCode, 0);
         QVERIFY2(offline.out.contains("playa") && offline.err.isEmpty(),

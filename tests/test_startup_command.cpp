@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace quillora;
+using namespace Qt::StringLiterals;
 
 // The command line the program starts with, and the log-on entry that starts it with "mini".
 class StartupCommandTest : public QObject
@@ -65,18 +66,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("execLine");
-        QTest::newRow("plain") << "/usr/bin/quillora"
-                               << "Exec=/usr/bin/quillora mini";
-        QTest::newRow("blanks") << "/opt/My Apps/quillora"
-                                << "Exec=\"/opt/My Apps/quillora\" mini";
-        QTest::newRow("double quote") << "/opt/a\"b/q"
-                                      << "Exec=\"/opt/a\\\\\"b/q\" mini";
-        QTest::newRow("dollar, backtick") << "/opt/$H`x`/q"
-                                          << "Exec=\"/opt/\\\\$H\\\\`x\\\\`/q\" mini";
-        QTest::newRow("backslash") << "/opt/a\\b/q"
-                                   << "Exec=\"/opt/a\\\\\\\\b/q\" mini";
-        QTest::newRow("percent") << "/opt/100%/q"
-                                 << "Exec=/opt/100%%/q mini";
+        QTest::newRow("plain") << u"/usr/bin/quillora"_s << u"Exec=/usr/bin/quillora mini"_s;
+        QTest::newRow("blanks") << u"/opt/My Apps/quillora"_s << u"Exec=\"/opt/My Apps/quillora\" mini"_s;
+        QTest::newRow("double quote") << u"/opt/a\"b/q"_s << u"Exec=\"/opt/a\\\\\"b/q\" mini"_s;
+        QTest::newRow("dollar, backtick") << u"/opt/$H`x`/q"_s << u"Exec=\"/opt/\\\\$H\\\\`x\\\\`/q\" mini"_s;
+        QTest::newRow("backslash") << u"/opt/a\\b/q"_s << u"Exec=\"/opt/a\\\\\\\\b/q\" mini"_s;
+        QTest::newRow("percent") << u"/opt/100%/q"_s << u"Exec=/opt/100%%/q mini"_s;
     }
 
     void autostartEntry()
@@ -89,8 +84,7 @@ private Q_SLOTS:
         QVERIFY(isAutoRunRegistered(path));
         const test::CommandResult valid = test::runCommand("desktop-file-validate", {entryPath()});
         QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
-        QVERIFY(SetAutoRun(false, path));
-        QVERIFY(SetAutoRun(false, path));
+        QVERIFY(SetAutoRun(false, path) && SetAutoRun(false, path)); // removing twice is fine
         QVERIFY(!QFile::exists(entryPath()));
     }
 

@@ -52,17 +52,17 @@ private Q_SLOTS:
         QFETCH(bool, replaced);
         QTemporaryDir dir;
         const QString program = dir.filePath(u"quillora"_s);
+        const auto install = [](const QString& path, const QByteArray& bytes) {
+            return writeFile(path, bytes) &&
+                   QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        };
         const QByteArray old = readFile(m_build + u"/src/quillora"_s);
-        QVERIFY(!old.isEmpty() && writeFile(program, old) &&
-                writeFile(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
-        const auto exec = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-        QVERIFY(QFile::setPermissions(program, exec) &&
-                QFile::setPermissions(dir.filePath(u"Update.exe"_s), exec));
+        QVERIFY(!old.isEmpty() && install(program, old) &&
+                install(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
         // The "browser" and the "new version" write down how they were started.
         const QByteArray recorder =
             "#!/bin/sh\necho \"$0 $*\" >> " + QFile::encodeName(dir.filePath(u"started"_s)) + "\n";
-        QVERIFY(writeFile(dir.filePath(u"bin/xdg-open"_s), recorder));
-        QVERIFY(QFile::setPermissions(dir.filePath(u"bin/xdg-open"_s), exec));
+        QVERIFY(install(dir.filePath(u"bin/xdg-open"_s), recorder));
 
         StandinService service;
         QVERIFY(service.listen());
@@ -105,13 +105,11 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(program).isExecutable());
         QCOMPARE(QDir(dir.path()).entryList({u".*"_s}, QDir::Files | QDir::Hidden),
                  QStringList()); // no part left
-        if (replaced) {
-            QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
-                                      program + u" UP\n"_s, 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
+            replaced ? program + u" UP\n"_s : dir.filePath(u"bin/xdg-open "_s) + download + u'\n', 20000);
+        if (replaced)
             return;
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(readFile(dir.filePath(u"started"_s))),
-                                  dir.filePath(u"bin/xdg-open "_s) + download + u'\n', 20000);
         // The old program comes back with "UP".
         QList<QPair<qint64, QStringList>> again;
         QTRY_VERIFY_WITH_TIMEOUT((again = runningAt(program)).size() == 1, 20000);

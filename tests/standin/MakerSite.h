@@ -70,7 +70,6 @@ public:
         m_service.setFile(QStringLiteral("promo/") + name, html.toUtf8(), "text/html; charset=UTF-8");
         return urlOf(QStringLiteral("promo/") + name);
     }
-    void remove(const QString& name) { m_service.removeFile(name); }
 
 private:
     StandinService& m_service;

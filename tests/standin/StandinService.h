@@ -45,7 +45,6 @@ public:
     {
         m_files.insert(name, {type, body});
     }
-    void removeFile(const QString& name) { m_files.remove(name); }
     // Forgets the requests and restores the modes; files stay.
     void reset()
     {
