@@ -64,11 +64,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    ClipboardMonitorTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(ClipboardMonitorTest)
 #include "test_clipboard_monitor.moc"
