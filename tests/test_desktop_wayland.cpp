@@ -6,9 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QPlainTextEdit>
 #include <QSignalSpy>
-#include <QTimer>
 #include <fcntl.h>
 #include <unistd.h>
 

@@ -11,7 +11,6 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QFile>
-#include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTimer>
 #include <X11/keysym.h>
