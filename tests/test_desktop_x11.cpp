@@ -11,7 +11,6 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QFile>
-#include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTimer>
 #include <X11/keysym.h>
@@ -19,15 +18,10 @@
 
 using namespace quillora;
 using test::ClipboardDesk;
-using test::Xclip;
+using test::french;
 
 namespace
 {
-
-QString french(const QString& text)
-{
-    return test::StandinService::translate(text, "fr");
-}
 
 bool pressKey(const QString& key)
 {
@@ -122,91 +116,31 @@ private:
 class DesktopX11Test : public QObject
 {
     Q_OBJECT
-    Xclip m_xclip;
+    test::Xclip m_xclip;
 
 private Q_SLOTS:
     void init()
     {
         // Nothing from the last case may be taken at load.
         QGuiApplication::clipboard()->clear();
-        QTRY_VERIFY(Xclip::read().isEmpty());
+        QTRY_VERIFY(m_xclip.read().isEmpty());
     }
 
     void cleanup() { m_xclip.endAll(); }
 
-    void copyIsTranslatedOnce()
-    {
-        ClipboardDesk desk({});
-        m_xclip.copy("hello world");
-        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello world"));
-        QCOMPARE(desk.window().sourceBox()->toPlainText(), "hello world");
-        QVERIFY(!desk.window().phoneticBox()->toPlainText().isEmpty());
-        QTest::qWait(800);
-        QCOMPARE(desk.translationRequests(), 1);
-    }
-
-    void autoCopyDoesNotFeedBack()
-    {
-        ClipboardDesk desk({/*autoCopy*/ true});
-        m_xclip.copy("hello");
-        QTRY_COMPARE(Xclip::read(), french("hello"));
-        QTest::qWait(1500);
-        QCOMPARE(desk.translationRequests(), 1);
-        // Another program copying the very same text is a new copy.
-        m_xclip.copy(french("hello").toUtf8());
-        QTRY_COMPARE(Xclip::read(), french(french("hello")));
-        QCOMPARE(desk.translationRequests(), 2);
-        QCOMPARE(desk.lastRequestText(), french("hello"));
-    }
+    void copyIsTranslatedOnce() { test::copyIsTranslatedOnce(m_xclip); }
+    void autoCopyDoesNotFeedBack() { test::autoCopyDoesNotFeedBack(m_xclip); }
+    void pictureSendsNothing() { test::pictureSendsNothing(m_xclip); }
+    void copiesDuringASlowTranslation() { test::copiesDuringASlowTranslation(m_xclip); }
 
     void textAlreadyThereIsTakenAtLoad()
     {
         m_xclip.copy("good morning");
-        QTRY_COMPARE(Xclip::read(), "good morning");
+        QTRY_COMPARE(m_xclip.read(), "good morning");
         ClipboardDesk desk({});
         QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("good morning"));
         QTest::qWait(500);
         QCOMPARE(desk.translationRequests(), 1);
-    }
-
-    void pictureSendsNothing()
-    {
-        ClipboardDesk desk({});
-        QSignalSpy changed(QGuiApplication::clipboard(), &QClipboard::dataChanged);
-        m_xclip.copy("\x89PNG\r\n\x1a\n", "image/png");
-        QTRY_VERIFY(!changed.isEmpty());
-        QTest::qWait(800);
-        QCOMPARE(desk.translationRequests(), 0);
-        m_xclip.copy("hello");
-        QTRY_COMPARE(desk.translationRequests(), 1);
-    }
-
-    void copiesDuringASlowTranslation()
-    {
-        ClipboardDesk desk({false, false, /*serviceDelayMs*/ 1500});
-        // The translation waits in the window's own event loop: a timer in it makes the ten copies,
-        // started by the first request.
-        QTimer series;
-        int started = 0;
-        int startedBeforeSecondRequest = -1;
-        connect(&series, &QTimer::timeout, this, [&] {
-            m_xclip.copy(QString("copy %1").arg(started++).toUtf8());
-            if (started == 10)
-                series.stop();
-        });
-        connect(&desk.service(), &test::StandinService::requestReceived, this, [&] {
-            if (desk.translationRequests() == 1)
-                series.start(60);
-            else if (startedBeforeSecondRequest < 0)
-                startedBeforeSecondRequest = started;
-        });
-        m_xclip.copy("first");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.translationRequests(), 2, 15000);
-        QCOMPARE(startedBeforeSecondRequest, 10);
-        QCOMPARE(desk.lastRequestText(), "copy 9");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
-        QTest::qWait(2000);
-        QCOMPARE(desk.translationRequests(), 2);
     }
 
     void f11TogglesWhateverTheLocks()
@@ -313,11 +247,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    DesktopX11Test test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(DesktopX11Test)
 #include "test_desktop_x11.moc"

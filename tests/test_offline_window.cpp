@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QPlainTextEdit>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -34,10 +33,8 @@ private Q_SLOTS:
             QSKIP("apertium with apertium-eng-spa is not installed");
 
         QTemporaryDir dir;
-        QSettings raw(dir.filePath("Quillora.conf"), QSettings::IniFormat);
-        raw.setValue("Setup/Options", QString("0|%1|1|1|15|0|1").arg(targetRow)); // detection
-        raw.sync();
-        Settings settings(raw.fileName());
+        Settings settings(dir.filePath("Quillora.conf"));
+        settings.setOptions({0, targetRow, 1, 1, 15, 0, 1}); // detection
         FixedConnectivity connectivity(false);
         QList<NoticeRequest> shown;
         FormMianDeps deps;

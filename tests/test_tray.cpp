@@ -81,6 +81,13 @@ template <typename Condition> bool eventually(Condition condition)
     return QTest::qWaitFor(condition, 10000);
 }
 
+// Minimised and in the window manager's task list.
+bool iconicInTaskList(const QProcess& program)
+{
+    const QString w = mainWindow(program);
+    return reachable(w) && run("xprop", {"-id", w, "WM_STATE"}).contains("Iconic");
+}
+
 bool endsCleanlyOn(QProcess& program, int signal)
 {
     ::kill(pid_t(program.processId()), signal);
@@ -174,10 +181,7 @@ private Q_SLOTS:
         QVERIFY(m_tray.waitForFinished());
         QProcess mini;
         QVERIFY(start(mini, {"mini"}, false));
-        QVERIFY(eventually([&] {
-            return reachable(mainWindow(mini)) &&
-                   run("xprop", {"-id", mainWindow(mini), "WM_STATE"}).contains("Iconic");
-        }));
+        QVERIFY(eventually([&] { return iconicInTaskList(mini); }));
         // A tray that comes up later takes the minimised window in.
         QVERIFY(trayUp());
         QVERIFY(eventually([&] { return !reachable(mainWindow(mini)) && !iconOf(mini).isEmpty(); }));
@@ -189,10 +193,7 @@ private Q_SLOTS:
         QVERIFY(start(hidden, {"mini"}));
         m_tray.kill();
         QVERIFY(m_tray.waitForFinished());
-        QVERIFY(eventually([&] {
-            return reachable(mainWindow(hidden)) &&
-                   run("xprop", {"-id", mainWindow(hidden), "WM_STATE"}).contains("Iconic");
-        }));
+        QVERIFY(eventually([&] { return iconicInTaskList(hidden); }));
         QVERIFY(trayUp());
         QVERIFY(eventually([&] { return !iconOf(hidden).isEmpty(); }));
         QVERIFY(endsCleanlyOn(hidden, SIGTERM));

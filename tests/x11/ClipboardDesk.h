@@ -7,17 +7,19 @@
 #include "translate/ServiceAddresses.h"
 #include "translate/TranslationEngine.h"
 
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QUrlQuery>
 #include <memory>
 
 namespace quillora::test
 {
 
-// A real main window watching the X clipboard with target French, translating through an
-// in-process stand-in service.
+// A real main window watching the clipboard with target French, translating through an in-process
+// stand-in service.
 class ClipboardDesk
 {
 public:
@@ -69,15 +71,22 @@ private:
     std::unique_ptr<FormMian> m_window;
 };
 
-// xclip standing in for other programs; each copy serves the clipboard until it is ended.
-class Xclip
+// xclip, or wl-copy and wl-paste, standing in for other programs; each copy serves the clipboard until
+// it is ended.
+class OtherPrograms
 {
 public:
-    ~Xclip() { endAll(); }
-    void copy(const QByteArray& data, const QString& type = "UTF8_STRING")
+    explicit OtherPrograms(bool wayland) : m_wayland(wayland) {}
+    ~OtherPrograms() { endAll(); }
+    void copy(const QByteArray& data, const QString& type = {})
     {
         auto& process = m_running.emplace_back(std::make_unique<QProcess>());
-        process->start("xclip", {"-selection", "clipboard", "-quiet", "-t", type});
+        if (m_wayland)
+            process->start("wl-copy",
+                           {"--foreground", "--type", type.isEmpty() ? "text/plain;charset=utf-8" : type});
+        else
+            process->start(
+                "xclip", {"-selection", "clipboard", "-quiet", "-t", type.isEmpty() ? "UTF8_STRING" : type});
         process->waitForStarted();
         process->write(data);
         process->closeWriteChannel();
@@ -90,11 +99,16 @@ public:
         }
         m_running.clear();
     }
-    // What another program reads now; the event loop runs meanwhile so this program can answer.
-    static QString read()
+    // What another program reads now, or the offered types; the event loop runs meanwhile so this
+    // program can answer.
+    QString read(bool listTypes = false) const
     {
         QProcess process;
-        process.start("xclip", {"-o", "-selection", "clipboard"});
+        if (m_wayland)
+            process.start("wl-paste", {listTypes ? "--list-types" : "--no-newline"});
+        else
+            process.start("xclip", QStringList{"-o", "-selection", "clipboard"} +
+                                       (listTypes ? QStringList{"-t", "TARGETS"} : QStringList()));
         if (QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 5000))
             return QString::fromUtf8(process.readAllStandardOutput());
         process.kill();
@@ -103,7 +117,83 @@ public:
     }
 
 private:
+    bool m_wayland;
     std::vector<std::unique_ptr<QProcess>> m_running;
 };
+
+struct Xclip : OtherPrograms {
+    Xclip() : OtherPrograms(false) {}
+};
+
+inline QString french(const QString& text)
+{
+    return StandinService::translate(text, "fr");
+}
+
+// The cases both desktops share.
+
+inline void copyIsTranslatedOnce(OtherPrograms& other)
+{
+    ClipboardDesk desk({});
+    other.copy("hello world");
+    QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello world"));
+    QCOMPARE(desk.window().sourceBox()->toPlainText(), "hello world");
+    QVERIFY(!desk.window().phoneticBox()->toPlainText().isEmpty());
+    QTest::qWait(800);
+    QCOMPARE(desk.translationRequests(), 1);
+}
+
+inline void autoCopyDoesNotFeedBack(OtherPrograms& other)
+{
+    ClipboardDesk desk({/*autoCopy*/ true});
+    other.copy("hello");
+    QTRY_COMPARE(other.read(), french("hello"));
+    QTest::qWait(1500);
+    QCOMPARE(desk.translationRequests(), 1);
+    // Another program copying the very same text is a new copy.
+    other.copy(french("hello").toUtf8());
+    QTRY_COMPARE(other.read(), french(french("hello")));
+    QCOMPARE(desk.translationRequests(), 2);
+    QCOMPARE(desk.lastRequestText(), french("hello"));
+}
+
+inline void pictureSendsNothing(OtherPrograms& other)
+{
+    ClipboardDesk desk({});
+    other.copy("\x89PNG\r\n\x1a\n", "image/png");
+    QTRY_VERIFY(other.read(true).contains("image/png"));
+    QTest::qWait(800);
+    QCOMPARE(desk.translationRequests(), 0);
+    other.copy("hello");
+    QTRY_COMPARE(desk.translationRequests(), 1);
+}
+
+// The translation waits in the window's own event loop: a timer in it makes ten copies, started by the
+// first request; only the last is translated next.
+inline void copiesDuringASlowTranslation(OtherPrograms& other)
+{
+    ClipboardDesk desk({false, false, /*serviceDelayMs*/ 1500});
+    QTimer series;
+    int started = 0;
+    int startedBeforeSecondRequest = -1;
+    QObject::connect(&series, &QTimer::timeout, &series, [&] {
+        other.copy(QString("copy %1").arg(started++).toUtf8());
+        if (started == 10)
+            series.stop();
+    });
+    QObject::connect(&desk.service(), &StandinService::requestReceived, &series, [&] {
+        if (desk.translationRequests() == 1)
+            series.start(60);
+        else if (startedBeforeSecondRequest < 0)
+            startedBeforeSecondRequest = started;
+    });
+    other.copy("first");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.translationRequests(), 2, 15000);
+    QCOMPARE(startedBeforeSecondRequest, 10);
+    QCOMPARE(desk.lastRequestText(), "copy 9");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
+    QTest::qWait(2000);
+    QCOMPARE(desk.translationRequests(), 2);
+}
 
 } // namespace quillora::test
