@@ -53,10 +53,11 @@ XML = f"""<node>
 INFO = Gio.DBusNodeInfo.new_for_xml(XML)
 SHORTCUTS, SESSION, CONTROL = INFO.interfaces
 
-# "bind" (what CreateSession brought), "nothing" (granted, none bound) or "refuse" (response 2).
+# "bind" (what CreateSession brought) or "nothing" (granted, none bound).
 answer = "bind"
 record = {"created": [], "bound": [], "closed": []}
-sessions = {}
+registrations = {}  # session path: its object's registration
+wanted = {}  # session path: the shortcuts CreateSession brought
 
 
 def shortcut_list(shortcuts):
@@ -67,8 +68,8 @@ def shortcut_list(shortcuts):
 
 
 def on_session_call(conn, sender, path, iface, method, params, invocation):
-    conn.unregister_object(sessions.pop(path))
-    sessions.pop((path, "wanted"), None)
+    conn.unregister_object(registrations.pop(path))
+    wanted.pop(path)
     record["closed"].append(path)
     invocation.return_value(None)
 
@@ -77,16 +78,16 @@ def on_call(conn, sender, path, iface, method, params, invocation):
     global answer
     args = params.unpack()
     if method == "CreateSession":
-        session, wanted = args[1], args[3].get("shortcuts", [])
-        sessions[session] = conn.register_object(session, SESSION, on_session_call, on_property, None)
-        sessions[session, "wanted"] = wanted
-        record["created"].append({"session": session, "app_id": args[2], "shortcuts": wanted})
-        return invocation.return_value(GLib.Variant("(ua{sv})", (0, {"session_handle": GLib.Variant("s", session)})))
+        session = args[1]
+        registrations[session] = conn.register_object(session, SESSION, on_session_call, on_property, None)
+        wanted[session] = args[3].get("shortcuts", [])
+        record["created"].append({"session": session, "shortcuts": wanted[session]})
+        results = {"session_handle": GLib.Variant("s", session)}
+        return invocation.return_value(GLib.Variant("(ua{sv})", (0, results)))
     if method == "BindShortcuts":
         record["bound"].append({"session": args[1], "shortcuts": args[2]})
-        bound = sessions.get((args[1], "wanted"), []) if answer == "bind" else []
-        results = {"shortcuts": shortcut_list(bound)} if answer != "refuse" else {}
-        return invocation.return_value(GLib.Variant("(ua{sv})", (2 if answer == "refuse" else 0, results)))
+        bound = wanted.get(args[1], []) if answer == "bind" else []
+        return invocation.return_value(GLib.Variant("(ua{sv})", (0, {"shortcuts": shortcut_list(bound)})))
     if method == "ListShortcuts":
         return invocation.return_value(GLib.Variant("(ua{sv})", (0, {})))
     if method == "SetAnswer":
@@ -95,8 +96,9 @@ def on_call(conn, sender, path, iface, method, params, invocation):
     if method == "Record":
         return invocation.return_value(GLib.Variant("(s)", (json.dumps(record),)))
     if method == "Press":
+        options = {"activation_token": GLib.Variant("s", args[2])}
         conn.emit_signal(None, PATH, SHORTCUTS.name, "Activated",
-                         GLib.Variant("(osta{sv})", (args[0], args[1], 1, {"activation_token": GLib.Variant("s", args[2])})))
+                         GLib.Variant("(osta{sv})", (args[0], args[1], 1, options)))
         return invocation.return_value(None)
 
 
