@@ -51,7 +51,7 @@ QStringList boundShortcutIds(const QVariantMap& results)
     const QVariant value = results.value(QStringLiteral("shortcuts"));
     if (value.metaType() != QMetaType::fromType<QDBusArgument>())
         return {};
-    // Reading a list of another type would stall on its first element.
+    // Only a list of shortcuts is read; an answer of any other type binds nothing.
     const auto arg = value.value<QDBusArgument>();
     if (arg.currentSignature() != QLatin1String("a(sa{sv})"))
         return {};
