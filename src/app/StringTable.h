@@ -19,7 +19,8 @@ enum StatusOffset {
     MsgNoTranslation = 208,  // an answer with nothing in it
     MsgTranslating = 209,    // shown while a request runs
     MsgOffline = 210,        // translated by an installed Apertium pair, %1
-    MsgClipboardFocus = 211  // copies are seen only while the window has the focus
+    MsgClipboardFocus = 211, // copies are seen only while the window has the focus
+    MsgHotKeyOff = 213       // the desktop gave no global key (a portal that bound nothing or failed)
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.
