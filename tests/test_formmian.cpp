@@ -425,7 +425,7 @@ private Q_SLOTS:
         rig->fileAnswer = rig->dir.filePath(u"missing/results.txt"_s);
         w.dispatch(u"menuF2"_s);
         QCOMPARE(rig->notices.size(), 1);
-        QCOMPARE(rig->notices.constFirst().text, u"Save failed!"_s);
+        QCOMPARE(rig->notices.constFirst().text, u"Save failed! Reason: No such file or directory"_s);
         QCOMPARE(rig->openedUrls.size(), 1);
     }
 

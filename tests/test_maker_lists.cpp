@@ -1,4 +1,5 @@
 #include "net/MakerLists.h"
+#include "net/WebLink.h"
 
 #include <QTest>
 
@@ -52,6 +53,10 @@ private Q_SLOTS:
         QTest::newRow("no address") << u"Just a caption"_s << Records{{u"Just a caption"_s, {}}};
         QTest::newRow("extra fields") << u"A|http://a|ignored"_s << Records{{u"A"_s, u"http://a"_s}};
         QTest::newRow("empty") << QString() << Records{};
+        Records hundred;
+        for (int i = 0; i < 100; ++i)
+            hundred.append({u"S"_s, u"http://s"_s});
+        QTest::newRow("16 MiB keeps a hundred") << u"S|http://s<"_s.repeated((16 << 20) / 11) << hundred;
     }
     void sitesList()
     {
@@ -69,11 +74,40 @@ private Q_SLOTS:
         QTest::newRow("a lone < is part of the address")
             << u"http://a?x<y"_s << QStringList{u"http://a?x<y"_s};
         QTest::newRow("nothing") << QString() << QStringList{};
+        QTest::newRow("a hundred kept") << u"p<|"_s.repeated(150) << QStringList(100, u"p"_s);
     }
     void pageList()
     {
         QFETCH(QString, text);
         QTEST(splitPageList(text), "pages");
+    }
+
+    // Which addresses go to the browser, and which update lists may replace the program.
+    void webLinks_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<bool>("web");
+        QTest::addColumn<bool>("trusted");
+        QTest::newRow("https") << u"https://maker.example/Update.txt"_s << true << true;
+        QTest::newRow("plain http") << u"http://maker.example/Update.txt"_s << true << false;
+        QTest::newRow("http on loopback") << u"http://127.0.0.1:8/Update.txt"_s << true << true;
+        QTest::newRow("http on loopback v6") << u"http://[::1]:8/Update.txt"_s << true << true;
+        QTest::newRow("http on localhost") << u"HTTP://localhost/x"_s << true << true;
+        QTest::newRow("file") << u"file:///etc/passwd"_s << false << false;
+        QTest::newRow("custom scheme") << u"steam://run/1"_s << false << false;
+        QTest::newRow("javascript") << u"javascript:alert(1)"_s << false << false;
+        QTest::newRow("no host") << u"http:///x"_s << false << false;
+        QTest::newRow("relative") << u"offer.html"_s << false << false;
+    }
+    void webLinks()
+    {
+        QFETCH(QString, address);
+        const QUrl url(address);
+        QTEST(isWebAddress(url), "web");
+        QTEST(isTrustedUpdateSource(url), "trusted");
+        QStringList opened;
+        QTEST(openWebAddress(url, [&opened](const QUrl& u) { return opened << u.toString(), true; }), "web");
+        QCOMPARE(opened.size(), isWebAddress(url) ? 1 : 0);
     }
 
     void versionOrder_data()

@@ -1,3 +1,4 @@
+#include "PrivateMounts.h"
 #include "TestSupport.h"
 #include "app/Settings.h"
 
@@ -39,6 +40,30 @@ private Q_SLOTS:
         s.setFontText(u"Noto Sans, Bold|400|False|12|0|False|False|0"_s);
         QCOMPARE(summary(Settings(file)),
                  u"-3|7|0|0|15|0|0;6;0;F;Noto Sans, Bold|400|False|12|0|False|False|0"_s);
+    }
+
+    // A full disk: the stored file stays as it was and the failure is told once, until a write succeeds.
+    void aFailedWriteIsToldOnce()
+    {
+        const QString folder = m_dir.filePath(u"small"_s);
+        if (!test::enterPrivateMounts() || !test::mountSmallDisk(folder, 64))
+            QSKIP("needs a mount namespace of its own (root)");
+        const QString file = folder + u"/Quillora.conf"_s;
+        QVERIFY(test::writeFile(file, "[Setup]\nLanguage=2\n"));
+        Settings s(file);
+        QStringList told;
+        s.setWriteFailureHandler([&told](const QString& reason) { told << reason; });
+        test::fillUp(folder);
+        s.setLanguage(u"3"_s);
+        s.setStyle(1);
+        QCOMPARE(told, QStringList{qt_error_string(ENOSPC)});
+        QCOMPARE(test::readFile(file), QByteArray("[Setup]\nLanguage=2\n"));
+        QVERIFY(QFile::remove(folder + u"/filler"_s));
+        s.setStyle(1);
+        QVERIFY(!s.lastWriteFailed());
+        test::fillUp(folder);
+        s.setStyle(0);
+        QCOMPARE(told.size(), 2);
     }
 
     // Null content: no file at all, which reading must not create.

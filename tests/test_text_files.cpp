@@ -1,3 +1,4 @@
+#include "PrivateMounts.h"
 #include "TestSupport.h"
 #include "app/LocaleChoice.h"
 #include "desktop/ModUniTxt.h"
@@ -5,6 +6,8 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace quillora;
 using namespace Qt::StringLiterals;
@@ -16,8 +19,11 @@ class TestTextFiles : public QObject
     // Latin, CJK, Cyrillic, Hebrew, a character outside the basic plane and a CR LF.
     const QString m_sample = u"Grüße, 你好, Привет, שלום 😀\r\nline two"_s;
     QString path(const QString& name) const { return m_dir.filePath(name); }
+    bool m_privateMounts = false;
 
 private Q_SLOTS:
+    void initTestCase() { m_privateMounts = test::enterPrivateMounts(); }
+
     void everyEncodingBothWays_data()
     {
         QTest::addColumn<int>("encoding");
@@ -178,6 +184,47 @@ private Q_SLOTS:
         QCOMPARE(test::readFile(file), QByteArray::fromHex("feff") +
                                            test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
         QVERIFY(!saveResultsFile(path(u"missing-folder/results.txt"_s), results, when));
+    }
+
+    void failedSaveKeepsTheOldFile_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::newRow("full disk") << ENOSPC;
+        QTest::newRow("file size limit") << EFBIG;
+        QTest::newRow("read-only folder") << EROFS;
+    }
+
+    // The old file stays byte for byte, no temporary is left behind, and the system says why.
+    void failedSaveKeepsTheOldFile()
+    {
+        QFETCH(int, error);
+        const QString folder = path(QString::fromLatin1(QTest::currentDataTag()));
+        if (error != EFBIG && !(m_privateMounts && test::mountSmallDisk(folder, 64)))
+            QSKIP("needs a mount namespace of its own (root)");
+        const QString old = folder + u"/results.txt"_s;
+        QVERIFY(test::writeFile(old, "22 bytes of old result"));
+        const QStringList before = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        const rlimit unlimited = limit;
+        if (error == ENOSPC)
+            test::fillUp(folder);
+        else if (error == EROFS)
+            QVERIFY(test::makeReadOnly(folder));
+        else
+            limit.rlim_cur = 4096;
+        signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const ResultTexts big{QString(3000, u'a'), QString(3000, u'b'), {}, {}};
+        const WriteOutcome replaced = saveResultsFile(old, big);
+        const WriteOutcome created = saveResultsFile(folder + u"/new.txt"_s, big);
+        setrlimit(RLIMIT_FSIZE, &unlimited);
+        QVERIFY(!replaced && !created);
+        QCOMPARE(replaced.reason, qt_error_string(error));
+        QCOMPARE(test::readFile(old), QByteArray("22 bytes of old result"));
+        QStringList after = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+        after.removeOne(u"filler"_s);
+        QCOMPARE(after, before);
     }
 };
 

@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <pwd.h>
+#include <unistd.h>
 
 using namespace quillora;
 using namespace quillora::test;
@@ -33,7 +35,7 @@ const QString kStalePage = u"<html><body>stale page</body></html>"_s;
 // The real main window against a stand-in maker's site, in a private program folder and temporary
 // folder, with every box, opened address and started program recorded.
 struct Rig {
-    explicit Rig(const QString& language = u"1"_s, bool stalePage = false)
+    explicit Rig(const QString& language = u"1"_s, bool stalePage = false, const QString& programFolder = {})
     {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
         if (stalePage)
@@ -47,7 +49,7 @@ struct Rig {
         deps.settings = settings.get();
         deps.connectivity = &connectivity;
         deps.registerHotKey = false;
-        deps.programPath = dir.filePath(u"quillora"_s);
+        deps.programPath = (programFolder.isEmpty() ? dir.path() : programFolder) + u"/quillora"_s;
         deps.notice = [this](QWidget*, const NoticeRequest& request) { return notices << request, answer; };
         deps.openUrl = [this](const QUrl& url) { return opened << url.toString(), true; };
         deps.startProgram = [this](const QString& program, const QStringList& args) {
@@ -135,6 +137,51 @@ private Q_SLOTS:
         QCOMPARE(rig.started,
                  handedOver ? QList<QStringList>({{rig.updater(), u"quillora"_s}}) : QList<QStringList>());
         QCOMPARE(exiting.size(), handedOver ? 1 : 0);
+    }
+
+    // A packaged install, where the user cannot write the program's folder: OK opens the download page
+    // (or the product page when the list's address is no web page) and the program stays. Root runs
+    // this test again as nobody, on a folder of its own.
+    void packagedInstallOpensTheDownloadPage()
+    {
+        QTemporaryDir programFolder, home;
+        if (geteuid() == 0) {
+            const passwd* nobody = getpwnam("nobody");
+            if (!nobody ||
+                ::chown(QFile::encodeName(home.path()).constData(), nobody->pw_uid, nobody->pw_gid) != 0)
+                QSKIP("no user nobody to run as");
+            QVERIFY(QFile::setPermissions(programFolder.path(), QFile::ReadOwner | QFile::WriteOwner |
+                                                                    QFile::ExeOwner | QFile::ReadOther |
+                                                                    QFile::ExeOther));
+            QStringList args{u"--reuid=nobody"_s, u"--regid=nogroup"_s, u"--clear-groups"_s, u"--"_s,
+                             u"env"_s};
+            for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
+                args << QString::fromLatin1(name) + u'=' + home.path();
+            args << u"QUILLORA_PROGRAM_FOLDER="_s + programFolder.path()
+                 << QCoreApplication::applicationFilePath()
+                 << QString::fromLatin1(QTest::currentTestFunction());
+            const CommandResult run = runCommand(u"setpriv"_s, args, {}, 60000);
+            if (!run.started)
+                QSKIP("setpriv is not installed");
+            QVERIFY2(run.ok() && run.out.contains("Totals: 3 passed, 0 failed, 0 skipped"),
+                     (run.out + run.err).constData());
+            return;
+        }
+        QString folder = qEnvironmentVariable("QUILLORA_PROGRAM_FOLDER");
+        if (folder.isEmpty()) {
+            folder = programFolder.path();
+            QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+        }
+        Rig rig(u"1"_s, false, folder);
+        QSignalSpy exiting(rig.window.get(), &FormMian::exiting);
+        const QString download = rig.site.urlOf(u"quillora-2.1.92"_s);
+        for (const QString& address : {download, u"file:///etc/passwd"_s}) {
+            rig.site.setUpdate(u"2.1.92"_s, address);
+            rig.window->updateCheck()->Timer2_Timer();
+        }
+        QCOMPARE(rig.notices.size(), 2);
+        QCOMPARE(rig.opened, QStringList({download, rig.site.url() + u'/'}));
+        QVERIFY(rig.started.isEmpty() && exiting.isEmpty() && !QFile::exists(folder + u"/Update.exe"_s));
     }
 
     void offlineSaysSoOnce()
