@@ -90,39 +90,20 @@ private Q_SLOTS:
         QTest::addColumn<bool>("trusted");
         QTest::newRow("https") << u"https://maker.example/Update.txt"_s << true << true;
         QTest::newRow("plain http") << u"http://maker.example/Update.txt"_s << true << false;
-        QTest::newRow("http on loopback") << u"http://127.0.0.1:8/Update.txt"_s << true << true;
-        QTest::newRow("http on loopback v6") << u"http://[::1]:8/Update.txt"_s << true << true;
-        QTest::newRow("http on localhost") << u"HTTP://localhost/x"_s << true << true;
+        QTest::newRow("http on loopback") << u"HTTP://[::1]:8/Update.txt"_s << true << true;
         QTest::newRow("file") << u"file:///etc/passwd"_s << false << false;
         QTest::newRow("custom scheme") << u"steam://run/1"_s << false << false;
-        QTest::newRow("javascript") << u"javascript:alert(1)"_s << false << false;
         QTest::newRow("no host") << u"http:///x"_s << false << false;
-        QTest::newRow("relative") << u"offer.html"_s << false << false;
     }
     void webLinks()
     {
         QFETCH(QString, address);
-        const QUrl url(address);
-        QTEST(isWebAddress(url), "web");
-        QTEST(isTrustedUpdateSource(url), "trusted");
         QStringList opened;
-        QTEST(openWebAddress(url, [&opened](const QUrl& u) { return opened << u.toString(), true; }), "web");
-        QCOMPARE(opened.size(), isWebAddress(url) ? 1 : 0);
-    }
-
-    void versionOrder_data()
-    {
-        QTest::addColumn<QString>("remote");
-        QTest::addColumn<bool>("newer");
-        QTest::newRow("newer revision") << u"2.1.92"_s << true;
-        QTest::newRow("newer minor") << u"2.10.0"_s << true;
-        QTest::newRow("not a version") << u"abc"_s << true;
-        QTest::newRow("empty") << QString() << false;
-    }
-    void versionOrder()
-    {
-        QFETCH(QString, remote);
-        QTEST(isNewerVersion(u"2.1.91"_s, remote), "newer");
+        QTEST(
+            openWebAddress(QUrl(address), [&opened](const QUrl& u) { return opened << u.toString(), true; }),
+            "web");
+        QCOMPARE(opened.size(), isWebAddress(QUrl(address)) ? 1 : 0);
+        QTEST(isTrustedUpdateSource(QUrl(address)), "trusted");
     }
 };
 
