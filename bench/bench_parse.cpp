@@ -1,3 +1,4 @@
+#include "net/MakerLists.h"
 #include "translate/ResponseParser.h"
 
 #include <QByteArray>
@@ -119,8 +120,18 @@ void BM_JsonResponse(benchmark::State& state)
     state.counters["page_bytes"] = double(body.size());
 }
 
+// A sites list of this size from the maker's site: only the records kept are read.
+void BM_SitesList(benchmark::State& state)
+{
+    const QString text = QStringLiteral("Site|http://s<").repeated(state.range(0) / 14);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(parseSitesList(text).size());
+    state.counters["list_chars"] = double(text.size());
+}
+
 } // namespace
 
+BENCHMARK(BM_SitesList)->Arg(16 << 20)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_FormResponse)->Arg(64 << 10)->Arg(1 << 20)->Arg(8 << 20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FormResponseDenseEntities)
     ->Arg(64 << 10)

@@ -26,6 +26,12 @@ private Q_SLOTS:
         QTest::newRow("romanization of the translation")
             << QByteArray(R"([[["\u4f60\u597d","Hello"],[null,null,"N\u01d0 h\u01ceo","hello"]],null,"en"])")
             << "你好|Nǐ hǎo|";
+        QTest::newRow("romanization inside each sentence")
+            << QByteArray(R"([[["你好。","Hello.","Nǐ hǎo.","Hello."],)"
+                          R"(["再见","Bye",null,null],["谢","Thanks"," Xiè ",null]],null,"en"])")
+            << "你好。再见谢|Nǐ hǎo. Xiè|";
+        QTest::newRow("an entry of its own wins over the sentences'")
+            << QByteArray(R"([[["a","x","in sentence"],[null,null,"whole text"]]])") << "a|whole text|";
         QTest::newRow("source romanization ignored")
             << QByteArray(R"([[["Hallo","\u4f60\u597d"],[null,null,null,"Ni hao"],[null,null,"late"]]])")
             << "Hallo||";

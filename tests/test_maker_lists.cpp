@@ -1,4 +1,5 @@
 #include "net/MakerLists.h"
+#include "net/WebLink.h"
 
 #include <QTest>
 
@@ -52,6 +53,10 @@ private Q_SLOTS:
         QTest::newRow("no address") << u"Just a caption"_s << Records{{u"Just a caption"_s, {}}};
         QTest::newRow("extra fields") << u"A|http://a|ignored"_s << Records{{u"A"_s, u"http://a"_s}};
         QTest::newRow("empty") << QString() << Records{};
+        Records hundred;
+        for (int i = 0; i < 100; ++i)
+            hundred.append({u"S"_s, u"http://s"_s});
+        QTest::newRow("16 MiB keeps a hundred") << u"S|http://s<"_s.repeated((16 << 20) / 11) << hundred;
     }
     void sitesList()
     {
@@ -69,6 +74,7 @@ private Q_SLOTS:
         QTest::newRow("a lone < is part of the address")
             << u"http://a?x<y"_s << QStringList{u"http://a?x<y"_s};
         QTest::newRow("nothing") << QString() << QStringList{};
+        QTest::newRow("a hundred kept") << u"p<|"_s.repeated(150) << QStringList(100, u"p"_s);
     }
     void pageList()
     {
@@ -76,19 +82,28 @@ private Q_SLOTS:
         QTEST(splitPageList(text), "pages");
     }
 
-    void versionOrder_data()
+    // Which addresses go to the browser, and which update lists may replace the program.
+    void webLinks_data()
     {
-        QTest::addColumn<QString>("remote");
-        QTest::addColumn<bool>("newer");
-        QTest::newRow("newer revision") << u"2.1.92"_s << true;
-        QTest::newRow("newer minor") << u"2.10.0"_s << true;
-        QTest::newRow("not a version") << u"abc"_s << true;
-        QTest::newRow("empty") << QString() << false;
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<bool>("web");
+        QTest::addColumn<bool>("trusted");
+        QTest::newRow("https") << u"https://maker.example/Update.txt"_s << true << true;
+        QTest::newRow("plain http") << u"http://maker.example/Update.txt"_s << true << false;
+        QTest::newRow("http on loopback") << u"HTTP://[::1]:8/Update.txt"_s << true << true;
+        QTest::newRow("file") << u"file:///etc/passwd"_s << false << false;
+        QTest::newRow("custom scheme") << u"steam://run/1"_s << false << false;
+        QTest::newRow("no host") << u"http:///x"_s << false << false;
     }
-    void versionOrder()
+    void webLinks()
     {
-        QFETCH(QString, remote);
-        QTEST(isNewerVersion(u"2.1.91"_s, remote), "newer");
+        QFETCH(QString, address);
+        QStringList opened;
+        QTEST(
+            openWebAddress(QUrl(address), [&opened](const QUrl& u) { return opened << u.toString(), true; }),
+            "web");
+        QCOMPARE(opened.size(), isWebAddress(QUrl(address)) ? 1 : 0);
+        QTEST(isTrustedUpdateSource(QUrl(address)), "trusted");
     }
 };
 

@@ -1,3 +1,4 @@
+#include "PrivateMounts.h"
 #include "TestSupport.h"
 #include "app/Settings.h"
 
@@ -23,8 +24,6 @@ class TestSettings : public QObject
 private Q_SLOTS:
     void valuesAreStoredAsPlainStrings()
     {
-        QCOMPARE(Settings::defaultFilePath(),
-                 qEnvironmentVariable("XDG_CONFIG_HOME") + u"/Quillora/Quillora.conf"_s);
         const QString file = m_dir.filePath(u"written.conf"_s);
         Settings s(file);
         s.setOptions({-3, 7, 0, 0, 15, 0, 0});
@@ -39,6 +38,27 @@ private Q_SLOTS:
         s.setFontText(u"Noto Sans, Bold|400|False|12|0|False|False|0"_s);
         QCOMPARE(summary(Settings(file)),
                  u"-3|7|0|0|15|0|0;6;0;F;Noto Sans, Bold|400|False|12|0|False|False|0"_s);
+    }
+
+    // A full disk: the stored file stays as it was and the failure is told once, until a write succeeds.
+    void aFailedWriteIsToldOnce()
+    {
+        const QString folder = m_dir.filePath(u"small"_s), file = folder + u"/Quillora.conf"_s;
+        if (!test::enterPrivateMounts() || !test::mountSmallDisk(folder))
+            QSKIP("needs a mount namespace of its own (root)");
+        QVERIFY(test::writeFile(file, "[Setup]\nLanguage=2\n"));
+        Settings s(file);
+        QStringList told;
+        s.setWriteFailureHandler([&told](const QString& reason) { told << reason; });
+        for (int style : {0, 1, -1, 2, 3}) {
+            if (style < 0)
+                QVERIFY(QFile::remove(folder + u"/filler"_s));
+            else if (style % 2 == 0)
+                test::fillUp(folder);
+            s.setStyle(style);
+        }
+        QCOMPARE(told, QStringList(2, qt_error_string(ENOSPC)));
+        QCOMPARE(test::readFile(file), QByteArray("[Setup]\nLanguage=2\nStyle=-1\n"));
     }
 
     // Null content: no file at all, which reading must not create.

@@ -45,6 +45,7 @@ private Q_SLOTS:
         QTest::newRow("digest matches") << u"right"_s << true;
         QTest::newRow("wrong digest") << u"wrong"_s << false;
         QTest::newRow("no digest") << QString() << false;
+        QTest::newRow("download too slow") << u"right"_s << false;
     }
     void handoff()
     {
@@ -79,10 +80,17 @@ private Q_SLOTS:
         env.insert(u"QUILLORA_API_URL"_s, u"http://127.0.0.1:9"_s);
         env.insert(u"PATH"_s, dir.filePath(u"bin"_s) + u':' + env.value(u"PATH"_s));
         env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        // Every answer comes after 3 s; the whole download may take 1.
+        const bool slow = QTest::currentDataTag() == QByteArray("download too slow");
+        env.insert(u"QUILLORA_DOWNLOAD_MS"_s, slow ? u"1000"_s : u"30000"_s);
+        service.setDelayMs(slow ? 3000 : 0);
 
-        // The old program is still running when the updater starts: it waits for its end.
+        // The old program is still running when the updater starts: it waits for its end. The old
+        // program's own update check goes elsewhere, so that only the updater's request is counted.
         QProcess running;
-        running.setProcessEnvironment(env);
+        QProcessEnvironment oldEnv = env;
+        oldEnv.insert(u"QUILLORA_SITE_URL"_s, service.baseUrl() + u"/old-program"_s);
+        running.setProcessEnvironment(oldEnv);
         running.start(program, {u"mini"_s});
         QTRY_VERIFY_WITH_TIMEOUT(!runningAt(program).isEmpty(), 20000);
         QProcess updater;

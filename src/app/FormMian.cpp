@@ -174,11 +174,14 @@ FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
     : QMainWindow(parent), d(std::make_unique<Private>(this, deps))
 {
     Q_ASSERT(deps.settings);
+    deps.settings->setWriteFailureHandler(
+        [this](const QString& reason) { setStatusMessage(d->text(MsgSettingsNotSaved).arg(reason)); });
     d->Form_Load();
 }
 
 FormMian::~FormMian()
 {
+    d->deps.settings->setWriteFailureHandler({});
     if (d->Translating)
         d->router->cancel();
 }

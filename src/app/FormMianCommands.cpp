@@ -1,6 +1,7 @@
 // The command dispatch of the main window's menus and the commands behind it.
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
+#include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/AutoStart.h"
 #include "desktop/CommandMenus.h"
@@ -147,11 +148,17 @@ void FormMian::Private::saveResults()
         return;
     const ResultTexts texts{boxText(sourceBox), boxText(resultBox), boxText(phoneticBox),
                             boxText(dictionaryBox)};
-    if (saveResultsFile(fileName, texts)) {
+    const WriteOutcome saved = saveResultsFile(fileName, texts);
+    if (saved) {
         openUrl(QUrl::fromLocalFile(fileName));
         return;
     }
-    notice(101, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
+    NoticeRequest failed;
+    failed.title = text(100);
+    failed.text = text(MsgWithReason).arg(text(101), saved.reason);
+    failed.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    failed.owned = false;
+    deps.notice(q, failed);
 }
 
 } // namespace quillora

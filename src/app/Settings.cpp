@@ -1,8 +1,12 @@
 #include "app/Settings.h"
 
+#include "desktop/FileReplace.h"
+
+#include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringList>
+#include <cerrno>
 #include <functional>
 
 namespace quillora
@@ -162,6 +166,23 @@ void Settings::setValue(const QString& key, const QString& text)
     QSettings store(m_path, QSettings::IniFormat);
     store.beginGroup(kGroup);
     store.setValue(key, text);
+    store.sync();
+    const bool failed = store.status() != QSettings::NoError;
+    if (failed && !m_writeFailing && m_onWriteFailure)
+        m_onWriteFailure(failureReason((key + QLatin1Char('=') + text).toUtf8()));
+    m_writeFailing = failed;
+}
+
+// QSettings only says that it failed. Writing what it had to write to a file of its own beside it,
+// the safe way, finds out why without touching the settings.
+QString Settings::failureReason(const QByteArray& line) const
+{
+    QFile file(m_path);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QString probe = m_path + QStringLiteral(".probe");
+    const WriteOutcome outcome = replaceFileContents(probe, bytes + line);
+    QFile::remove(probe);
+    return outcome ? qt_error_string(EIO) : outcome.reason;
 }
 
 QString Settings::optionsText() const

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QVector>
 #include <array>
+#include <functional>
 #include <optional>
 
 namespace quillora
@@ -90,10 +91,18 @@ public:
     QString fontText() const; // kDefaultFont when missing
     void setFontText(const QString& text);
 
+    // Told, with the system's reason, when a value could not be stored: once, until a write succeeds.
+    using WriteFailureHandler = std::function<void(const QString& reason)>;
+    void setWriteFailureHandler(WriteFailureHandler handler) { m_onWriteFailure = std::move(handler); }
+    bool lastWriteFailed() const { return m_writeFailing; }
+
 private:
     QString value(const QString& key, const QString& fallback) const;
     void setValue(const QString& key, const QString& text);
+    QString failureReason(const QByteArray& line) const;
     QString m_path;
+    WriteFailureHandler m_onWriteFailure;
+    bool m_writeFailing = false;
 };
 
 } // namespace quillora

@@ -1,6 +1,6 @@
 #include "desktop/ResultsFile.h"
 
-#include "desktop/ModUniTxt.h"
+#include <QStringEncoder>
 
 namespace quillora
 {
@@ -51,10 +51,11 @@ QString buildResultsText(const ResultTexts& texts, const QDateTime& when, const 
     return lines.join(kCrLf) + kCrLf;
 }
 
-bool saveResultsFile(const QString& fileName, const ResultTexts& texts, const QDateTime& when)
+WriteOutcome saveResultsFile(const QString& fileName, const ResultTexts& texts, const QDateTime& when)
 {
-    int encoding = EncUtf16BE;
-    return WriteTextFile(fileName, buildResultsText(texts, when), false, encoding);
+    QStringEncoder encoder(QStringConverter::Utf16BE);
+    const QByteArray body = encoder.encode(buildResultsText(texts, when));
+    return replaceFileContents(fileName, QByteArrayLiteral("\xFE\xFF") + body);
 }
 
 } // namespace quillora

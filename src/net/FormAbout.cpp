@@ -2,6 +2,7 @@
 
 #include "Version.h"
 #include "app/StringTable.h"
+#include "net/WebLink.h"
 #include "translate/ServiceAddresses.h"
 
 #include <QDesktopServices>
@@ -28,8 +29,9 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
     image->setAutoRaise(true);
     image->setCursor(Qt::PointingHandCursor);
     image->setToolTip(ServiceAddresses::fromEnvironment().productHome().toString());
-    connect(image, &QToolButton::clicked, this,
-            [] { QDesktopServices::openUrl(ServiceAddresses::fromEnvironment().productHome()); });
+    connect(image, &QToolButton::clicked, this, [] {
+        openWebAddress(ServiceAddresses::fromEnvironment().productHome(), &QDesktopServices::openUrl);
+    });
 
     m_version = new QLabel(QStringLiteral("Ver:") + versionText(), this);
     m_version->setObjectName(QStringLiteral("Label6"));

@@ -21,6 +21,18 @@ QByteArray digestFrom(const QString& field)
     return allHex ? QByteArray::fromHex(hex.toLatin1()) : QByteArray();
 }
 
+// The piece from `from` up to the next `separator` or the end; `from` moves past the separator. Lists
+// are walked this way rather than split, so a huge one costs no more than the records kept.
+QStringView nextPiece(QStringView all, qsizetype& from, QStringView separator)
+{
+    qsizetype end = all.indexOf(separator, from);
+    if (end < 0)
+        end = all.size();
+    const QStringView piece = all.sliced(from, end - from);
+    from = end + separator.size();
+    return piece;
+}
+
 } // namespace
 
 UpdateList parseUpdateList(const QString& text)
@@ -40,9 +52,12 @@ UpdateList parseUpdateList(const QString& text)
 QList<SiteRecord> parseSitesList(const QString& text)
 {
     QList<SiteRecord> records;
-    for (const QString& record : text.split(QLatin1Char('<'))) {
-        const QStringList fields = record.split(QLatin1Char('|'));
-        SiteRecord site{fields.value(0).trimmed(), fields.value(1).trimmed()};
+    for (qsizetype from = 0; from <= text.size() && records.size() < kMaxListRecords;) {
+        const QStringView record = nextPiece(text, from, u"<");
+        qsizetype field = 0;
+        const QStringView caption = nextPiece(record, field, u"|");
+        const QStringView address = field <= record.size() ? nextPiece(record, field, u"|") : QStringView();
+        SiteRecord site{caption.trimmed().toString(), address.trimmed().toString()};
         if (!site.caption.isEmpty() || !site.address.isEmpty())
             records.append(site);
     }
@@ -51,11 +66,9 @@ QList<SiteRecord> parseSitesList(const QString& text)
 
 QStringList splitPageList(const QString& text)
 {
-    if (text.isEmpty())
-        return {};
-    QStringList pages = text.split(QStringLiteral("<|"));
-    for (QString& page : pages)
-        page = page.trimmed();
+    QStringList pages;
+    for (qsizetype from = 0; !text.isEmpty() && from <= text.size() && pages.size() < kMaxListRecords;)
+        pages.append(nextPiece(text, from, u"<|").trimmed().toString());
     return pages;
 }
 

@@ -28,6 +28,9 @@ struct SiteRecord {
     }
 };
 
+// The most records a sites, promotion text or promotion page list keeps; the rest is not read.
+constexpr int kMaxListRecords = 100;
+
 UpdateList parseUpdateList(const QString& text);
 // Records in list order; blanks around fields are dropped and so are records left with nothing.
 QList<SiteRecord> parseSitesList(const QString& text);

@@ -3,6 +3,7 @@
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "net/PromotionView.h"
+#include "net/WebLink.h"
 
 #include <QDir>
 #include <QEvent>
@@ -114,7 +115,7 @@ void PromotionPanel::Timer3_Timer()
 
 void PromotionPanel::jcbutton2_Click()
 {
-    m_deps.openUrl(QUrl(m_shown.address));
+    openWebAddress(QUrl(m_shown.address), m_deps.openUrl);
 }
 
 void PromotionPanel::FillPromotionTexts()

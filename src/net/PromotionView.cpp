@@ -1,22 +1,13 @@
 #include "net/PromotionView.h"
 
 #include "net/Http.h"
+#include "net/WebLink.h"
 
 #include <QPointer>
 #include <QTimer>
 
 namespace quillora
 {
-
-namespace
-{
-
-bool isWeb(const QUrl& url)
-{
-    return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-}
-
-} // namespace
 
 PromotionView::PromotionView(QWidget* parent, std::function<bool(const QUrl&)> openUrl)
     : QTextBrowser(parent), m_openUrl(std::move(openUrl))
@@ -28,12 +19,12 @@ PromotionView::PromotionView(QWidget* parent, std::function<bool(const QUrl&)> o
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(this, &QTextBrowser::anchorClicked, this,
-            [this](const QUrl& link) { m_openUrl(document()->baseUrl().resolved(link)); });
+            [this](const QUrl& link) { openWebAddress(document()->baseUrl().resolved(link), m_openUrl); });
 }
 
 void PromotionView::navigate(const QUrl& page)
 {
-    if (!isWeb(page))
+    if (!isWebAddress(page))
         return;
     HttpClient http;
     http.setMaxBytes(kMaxPageBytes);
@@ -67,8 +58,8 @@ QVariant PromotionView::loadResource(int type, const QUrl& name)
 {
     const QUrl url = document()->baseUrl().resolved(name);
     // A page from the web gets nothing from this machine's files.
-    if (!isWeb(url))
-        return isWeb(m_page) ? QVariant() : QTextBrowser::loadResource(type, name);
+    if (!isWebAddress(url))
+        return isWebAddress(m_page) ? QVariant() : QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource)
         return {};
     const auto known = m_images.constFind(url);

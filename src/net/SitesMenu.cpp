@@ -1,6 +1,7 @@
 #include "net/SitesMenu.h"
 
 #include "net/Http.h"
+#include "net/WebLink.h"
 
 #include <QAction>
 #include <QEvent>
@@ -95,12 +96,12 @@ void SitesMenu::addRecordItems()
 void SitesMenu::open(const QString& key) const
 {
     if (key == kFixedKey) {
-        m_openUrl(m_addresses.sitesPage());
+        openWebAddress(m_addresses.sitesPage(), m_openUrl);
         return;
     }
     for (qsizetype i = 0; i < m_records.size(); ++i) {
         if (key == itemKey(i)) {
-            m_openUrl(QUrl(m_records.at(i).address));
+            openWebAddress(QUrl(m_records.at(i).address), m_openUrl);
             return;
         }
     }

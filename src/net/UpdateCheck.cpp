@@ -5,12 +5,14 @@
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "net/MakerLists.h"
+#include "net/WebLink.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 #include <QSaveFile>
 #include <QTimer>
+#include <unistd.h>
 
 namespace quillora
 {
@@ -51,6 +53,13 @@ void UpdateCheck::Timer2_Timer()
         return;
     if (answer != QMessageBox::Ok) {
         m_deps.openUrl(m_deps.addresses.productHome());
+        return;
+    }
+    // A program the package manager put where the user cannot write is not the user's to replace:
+    // the download page opens instead and the program stays.
+    if (::access(QFile::encodeName(program.absolutePath()).constData(), W_OK) != 0) {
+        if (!openWebAddress(QUrl(list.download), m_deps.openUrl))
+            m_deps.openUrl(m_deps.addresses.productHome());
         return;
     }
     if (writeUpdater(updater))

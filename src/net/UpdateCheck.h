@@ -30,7 +30,8 @@ struct UpdateCheckDeps {
 
 // The once-per-run update check: `Timer2` fires once, five seconds after the window is made. On an
 // accepted update the updater the program carries is written beside the program and started with
-// the program's name, and the program ends so that it can be replaced.
+// the program's name, and the program ends so that it can be replaced. Where the user cannot write
+// the program's folder (a packaged install) the download page opens instead and the program stays.
 class UpdateCheck : public QObject
 {
     Q_OBJECT

@@ -271,18 +271,25 @@ bool parseJsonResponse(const QByteArray& body, TranslationResult* out)
 
     TranslationResult result;
     bool romanizationFound = false;
+    QStringList sentenceRomanizations;
     const QJsonArray sentences = root.at(0).toArray();
     for (const QJsonValue& value : sentences) {
         const QJsonArray sentence = value.toArray();
         const QJsonValue text = sentence.at(0);
         if (text.isString()) {
             result.translation += text.toString();
+            // An older layout: [translation, original, its romanization, the original's romanization].
+            const QString own = sentence.at(2).toString().trimmed();
+            if (!own.isEmpty())
+                sentenceRomanizations.append(own);
         } else if (!romanizationFound && (sentence.at(2).isString() || sentence.at(3).isString())) {
             // [null, null, romanization of the translation, romanization of the source]
             result.romanization = sentence.at(2).toString();
             romanizationFound = true;
         }
     }
+    if (!romanizationFound)
+        result.romanization = sentenceRomanizations.join(QLatin1Char(' '));
 
     const QJsonArray entries = root.at(1).toArray();
     for (const QJsonValue& value : entries) {

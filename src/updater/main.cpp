@@ -4,6 +4,7 @@
 // the program alone and opens the download page. Either way the program is started again with "UP".
 #include "net/Http.h"
 #include "net/MakerLists.h"
+#include "net/WebLink.h"
 #include "translate/ServiceAddresses.h"
 
 #include <QCoreApplication>
@@ -14,6 +15,8 @@
 #include <QProcess>
 #include <QTemporaryFile>
 #include <QThread>
+#include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -24,6 +27,9 @@ namespace
 
 constexpr int kWaitForExitMs = 30000;
 constexpr int kPollMs = 200;
+// The whole download, however slowly it comes (tests shorten it), and its size.
+constexpr int kDownloadMs = 10 * 60 * 1000;
+constexpr qint64 kMaxDownloadBytes = 256 * 1024 * 1024;
 
 void say(const QString& text)
 {
@@ -58,14 +64,21 @@ bool waitUntilEnded(const QString& path)
 
 // The download in the program's place: written beside it, made executable, then renamed over it,
 // so the program is either the old one or the whole new one. Checked before anything is written.
-QString replaceProgram(const QString& program, const UpdateList& list)
+QString replaceProgram(const QString& program, const QUrl& listAddress, const UpdateList& list)
 {
     const QString folder = QFileInfo(program).absolutePath();
     if (::access(QFile::encodeName(folder).constData(), W_OK) != 0)
         return QStringLiteral("the program's folder is not writable here");
+    if (!isTrustedUpdateSource(listAddress))
+        return QStringLiteral("the update list did not come over https");
     if (list.sha256.isEmpty())
         return QStringLiteral("the update list gives no digest");
+    const int shortened = qEnvironmentVariableIntValue("QUILLORA_DOWNLOAD_MS");
+    const int limitMs = shortened > 0 ? std::min(shortened, kDownloadMs) : kDownloadMs;
     HttpClient http;
+    http.setTimeoutMs(limitMs);
+    http.setMaxBytes(kMaxDownloadBytes);
+    QTimer::singleShot(limitMs, &http, &HttpClient::cancel);
     const HttpReply reply = http.get(QUrl(list.download));
     if (!reply.ok() || reply.status != 200)
         return QStringLiteral("the download failed: %1").arg(reply.errorText);
@@ -103,12 +116,14 @@ int main(int argc, char** argv)
 
     const ServiceAddresses site = ServiceAddresses::fromEnvironment();
     const UpdateList list = parseUpdateList(GetUrlBytesText(site.updateList(), true));
-    const QString failure = replaceProgram(program, list);
+    const QString failure = replaceProgram(program, site.updateList(), list);
     if (failure.isEmpty()) {
         say(QStringLiteral("%1 updated to %2").arg(program, list.version));
     } else {
         say(failure);
-        if (!list.download.isEmpty() && !QProcess::startDetached(QStringLiteral("xdg-open"), {list.download}))
+        if (!isWebAddress(QUrl(list.download)))
+            say(QStringLiteral("the download address is not a web page: %1").arg(list.download));
+        else if (!QProcess::startDetached(QStringLiteral("xdg-open"), {list.download}))
             say(QStringLiteral("cannot open %1").arg(list.download));
     }
     if (!QProcess::startDetached(program, {QStringLiteral("UP")}, QFileInfo(program).absolutePath())) {
