@@ -132,6 +132,12 @@ private Q_SLOTS:
     void autoCopyDoesNotFeedBack() { test::autoCopyDoesNotFeedBack(m_xclip); }
     void pictureSendsNothing() { test::pictureSendsNothing(m_xclip); }
     void copiesDuringASlowTranslation() { test::copiesDuringASlowTranslation(m_xclip); }
+    void offersFollowOneRule() { test::offersFollowOneRule(m_xclip); }
+    void hostileOwnersLeaveTheWindowAnswering()
+    {
+        test::LoopProbe probe;
+        test::hostileOwnersLeaveTheWindowAnswering(m_xclip, probe);
+    }
 
     void textAlreadyThereIsTakenAtLoad()
     {
