@@ -4,6 +4,7 @@
 #include "desktop/ModHotKey.h"
 #include "desktop/PortalHotKey.h"
 #include "x11/ClipboardDesk.h"
+#include "x11/PingProbe.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QDBusMessage>
 #include <QFile>
 #include <QSignalSpy>
+#include <QThread>
 #include <QTimer>
 #include <X11/keysym.h>
 #include <xcb/xcb_keysyms.h>
@@ -190,6 +192,22 @@ private Q_SLOTS:
             QTRY_COMPARE(shown(), !before);
             QTest::qWait(300);
         }
+    }
+
+    // The responsiveness tests stand on this probe: it must see a stalled window as late.
+    void pingProbeSeesAStall()
+    {
+        ClipboardDesk desk({});
+        desk.window().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&desk.window()));
+        test::PingProbe probe;
+        QVERIFY(probe.start(desk.window().winId()));
+        QTest::qWait(300);
+        QTimer::singleShot(0, [] { QThread::msleep(400); });
+        QTest::qWait(500);
+        const test::PingProbe::Result result = probe.stop();
+        QVERIFY2(result.answered > 5, qPrintable(QString::number(result.answered)));
+        QVERIFY2(result.maxRoundTripMs >= 350, qPrintable(QString::number(result.maxRoundTripMs)));
     }
 
     void f11HeldByAnotherClient()
