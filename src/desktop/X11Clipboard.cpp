@@ -1,6 +1,8 @@
 #include "desktop/X11Clipboard.h"
 
 #include <cstdlib>
+#include <utility>
+#include <vector>
 #include <xcb/xfixes.h>
 
 namespace quillora
@@ -82,7 +84,7 @@ void X11Clipboard::internAtoms()
         cookies.push_back(xcb_intern_atom(m_connection, 0, uint16_t(qstrlen(name)), name));
     for (size_t i = 0; i < cookies.size(); ++i) {
         xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_connection, cookies[i], nullptr);
-        m_atoms.insert(kAtomNames[i], reply ? reply->atom : XCB_ATOM_NONE);
+        m_atoms.insert(kAtomNames[i], reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE));
         std::free(reply);
     }
 }
