@@ -260,7 +260,8 @@ void WaylandClipboard::receive(const QByteArray& type, qint64 maxBytes)
 
 void WaylandClipboard::finish(ClipboardRead result, const QString& text, bool own)
 {
-    if (const int purposes = std::exchange(m_purposes, 0))
+    const int purposes = std::exchange(m_purposes, 0);
+    if (purposes && result != ClipboardRead::Nothing)
         Q_EMIT readDone(purposes, result, text, own);
 }
 

@@ -42,7 +42,7 @@ public:
     void read(int purposes);
 
 Q_SIGNALS:
-    // `own` when setText() put the text there.
+    // A read that found text to take or text over the cap; `own` when setText() put the text there.
     void readDone(int purposes, quillora::ClipboardRead result, const QString& text, bool own);
 
 private:

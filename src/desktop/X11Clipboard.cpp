@@ -265,7 +265,8 @@ void X11Clipboard::finish(ClipboardRead result, const QString& text)
     m_incremental = false;
     m_data.clear();
     m_data.squeeze();
-    if (const int purposes = std::exchange(m_purposes, 0))
+    const int purposes = std::exchange(m_purposes, 0);
+    if (purposes && result != ClipboardRead::Nothing)
         Q_EMIT readDone(purposes, result, text);
 }
 

@@ -31,6 +31,7 @@ public:
     void read(int purposes);
 
 Q_SIGNALS:
+    // A read that found text to take or text over the cap.
     void readDone(int purposes, quillora::ClipboardRead result, const QString& text);
 
 private:
