@@ -14,8 +14,9 @@ namespace ClipboardOffer
 {
 
 // Largest text taken, in bytes of its encoding: the service's web form takes about 5,000
-// characters, and a text of this size still shows without a freeze.
-inline constexpr qint64 kMaxBytes = 256 * 1024;
+// characters, and the window shows a text of this size in tens of milliseconds, whatever the script
+// (a quarter megabyte of Chinese or Thai text takes a fifth of a second).
+inline constexpr qint64 kMaxBytes = 64 * 1024;
 inline constexpr int kMaxKiB = int(kMaxBytes / 1024);
 // Time another program has to hand over what it offers.
 inline constexpr int kTimeoutMs = 3000;

@@ -262,9 +262,8 @@ class LoopProbe
 public:
     ~LoopProbe()
     {
-        m_running = false;
         if (m_thread.joinable())
-            m_thread.join();
+            stop();
     }
     void start(QWidget&)
     {
