@@ -222,9 +222,9 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
     QCOMPARE(desk.translationRequests(), 2);
 }
 
-// Paste (the button and the keys) on an empty clipboard, offers of another program's that change nothing, and text with a picture,
-// which is text. With auto-copy on, so that a copy taken by mistake would also replace the owner's
-// clipboard.
+// Paste (the button and the keys) on an empty clipboard, offers of another program's that change nothing, and
+// text with a picture, which is text. With auto-copy on, so that a copy taken by mistake would also replace
+// the owner's clipboard.
 inline void offersFollowOneRule(OtherPrograms& other)
 {
     const struct {
