@@ -15,6 +15,16 @@ constexpr std::array<const char*, 2> kFileTypes{"text/uri-list", "x-special/gnom
 
 } // namespace
 
+QList<QByteArray> typesConsidered()
+{
+    QList<QByteArray> types{kSecretHintType};
+    for (const char* type : kFileTypes)
+        types.append(type);
+    for (const char* type : kTextTypes)
+        types.append(type);
+    return types;
+}
+
 QByteArray textType(const QList<QByteArray>& types)
 {
     for (const char* files : kFileTypes)

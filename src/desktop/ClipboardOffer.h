@@ -25,6 +25,8 @@ inline constexpr int kTimeoutMs = 3000;
 inline constexpr char kSecretHintType[] = "x-kde-passwordManagerHint";
 inline constexpr qint64 kMaxHintBytes = 64;
 
+// Every type the rule looks at; the others offered do not matter.
+QList<QByteArray> typesConsidered();
 // The text type to read, or empty when the offer changes nothing (no text, or files).
 QByteArray textType(const QList<QByteArray>& types);
 // Whether the hint must be read before the text is taken.

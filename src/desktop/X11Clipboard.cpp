@@ -15,14 +15,7 @@ using Reply = std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)>;
 
 constexpr qint64 kMaxTargetsBytes = 64 * 1024;
 constexpr char kProperty[] = "QUILLORA_CLIPBOARD";
-// Every name the reads ask for or look for among the offered types; other types do not matter.
-constexpr const char* kAtomNames[] = {"CLIPBOARD",     "TARGETS",
-                                      "INCR",          "ATOM",
-                                      kProperty,       ClipboardOffer::kSecretHintType,
-                                      "UTF8_STRING",   "STRING",
-                                      "text/plain",    "text/plain;charset=utf-8",
-                                      "text/uri-list", "x-special/gnome-copied-files",
-                                      "image/png"};
+constexpr const char* kProtocolAtoms[] = {"CLIPBOARD", "TARGETS", "INCR", kProperty};
 
 } // namespace
 
@@ -79,12 +72,15 @@ X11Clipboard::~X11Clipboard()
 // Round trips to the X server only, once; no other program takes part.
 void X11Clipboard::internAtoms()
 {
+    QList<QByteArray> names = ClipboardOffer::typesConsidered();
+    for (const char* name : kProtocolAtoms)
+        names.append(name);
     std::vector<xcb_intern_atom_cookie_t> cookies;
-    for (const char* name : kAtomNames)
-        cookies.push_back(xcb_intern_atom(m_connection, 0, uint16_t(qstrlen(name)), name));
-    for (size_t i = 0; i < cookies.size(); ++i) {
-        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_connection, cookies[i], nullptr);
-        m_atoms.insert(kAtomNames[i], reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE));
+    for (const QByteArray& name : names)
+        cookies.push_back(xcb_intern_atom(m_connection, 0, uint16_t(name.size()), name.constData()));
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_connection, cookies[size_t(i)], nullptr);
+        m_atoms.insert(names[i], reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE));
         std::free(reply);
     }
 }
