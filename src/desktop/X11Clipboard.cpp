@@ -62,6 +62,7 @@ X11Clipboard::X11Clipboard(xcb_connection_t* connection, uint8_t firstXFixesEven
 
 X11Clipboard::~X11Clipboard()
 {
+    m_notifier.setEnabled(false);
     if (m_requestor)
         xcb_destroy_window(m_connection, m_requestor);
     xcb_destroy_window(m_connection, m_watcher);
