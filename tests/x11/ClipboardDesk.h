@@ -222,9 +222,9 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
     QCOMPARE(desk.translationRequests(), 2);
 }
 
-// Paste (the button and the keys) on an empty clipboard, offers of another program's that change nothing, and
-// text with a picture, which is text. With auto-copy on, so that a copy taken by mistake would also replace
-// the owner's clipboard.
+// Paste (the button, the keys, the middle button) on an empty clipboard, offers of another program's that
+// change nothing, and text with a picture, which is text. With auto-copy on, so that a copy taken by mistake
+// would also replace the owner's clipboard.
 inline void offersFollowOneRule(OtherPrograms& other)
 {
     const struct {
@@ -244,6 +244,7 @@ inline void offersFollowOneRule(OtherPrograms& other)
         QVERIFY2(!row.kind || other.own(row.kind), row.kind);
         desk.window().jcbuttonClick(4);
         QTest::keySequence(source, QKeySequence::Paste);
+        QTest::mouseClick(source->viewport(), Qt::MiddleButton);
         const bool text = row.kind && !row.keptType;
         if (text)
             QTRY_COMPARE(desk.lastRequestText(), "cells");

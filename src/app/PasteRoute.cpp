@@ -1,20 +1,30 @@
-#include "app/PasteKeys.h"
+#include "app/PasteRoute.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <utility>
 
 namespace quillora
 {
 
-PasteKeys::PasteKeys(QPlainTextEdit* box, std::function<void()> paste)
+PasteRoute::PasteRoute(QPlainTextEdit* box, std::function<void()> paste)
     : QObject(box), m_paste(std::move(paste))
 {
     box->installEventFilter(this);
+    box->viewport()->installEventFilter(this);
 }
 
-bool PasteKeys::eventFilter(QObject*, QEvent* event)
+bool PasteRoute::eventFilter(QObject*, QEvent* event)
 {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+        return static_cast<QMouseEvent*>(event)->button() == Qt::MiddleButton;
+    default:
+        break;
+    }
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
