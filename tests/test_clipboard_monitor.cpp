@@ -35,8 +35,8 @@ private Q_SLOTS:
         QCOMPARE(copied[1][0].toString(), "next");
     }
 
-    // Only text another program copies counts: not an empty text, a picture, files, nor this program's
-    // own copy, even when a clear is reported between the mark and the copy.
+    // Only text another program copies counts: not an empty text, a picture, files, a secret, nor this
+    // program's own copy, even when a clear is reported between the mark and the copy.
     void onlyOtherProgramsTextCounts()
     {
         ClipboardMonitor monitor(clipboard());
@@ -48,6 +48,10 @@ private Q_SLOTS:
         files->setUrls({QUrl::fromLocalFile("/tmp/a.txt")});
         files->setText("/tmp/a.txt");
         clipboard()->setMimeData(files);
+        auto* secret = new QMimeData;
+        secret->setText("hunter2");
+        secret->setData(ClipboardOffer::kSecretHintType, "secret");
+        clipboard()->setMimeData(secret);
         QCOMPARE(copied.size(), 0);
         monitor.markOwnCopy();
         clipboard()->clear();

@@ -45,6 +45,12 @@ private Q_SLOTS:
     void autoCopyDoesNotFeedBack() { test::autoCopyDoesNotFeedBack(m_wlCopy); }
     void pictureSendsNothing() { test::pictureSendsNothing(m_wlCopy); }
     void copiesDuringASlowTranslation() { test::copiesDuringASlowTranslation(m_wlCopy); }
+    void offersFollowOneRule() { test::offersFollowOneRule(m_wlCopy); }
+    void hostileOwnersLeaveTheWindowAnswering()
+    {
+        test::LoopProbe probe;
+        test::hostileOwnersLeaveTheWindowAnswering(m_wlCopy, probe);
+    }
 
     void withoutDataControlOnlyTheFocusedWindowWatches()
     {
@@ -64,13 +70,13 @@ private Q_SLOTS:
         const auto mine = WaylandClipboard::connectToSession();
         const auto other = WaylandClipboard::connectToSession();
         mine->setWatching(true);
-        QSignalSpy seen(mine.get(), &WaylandClipboard::selectionText);
+        QSignalSpy seen(mine.get(), &WaylandClipboard::readDone);
         other->setText("salut");
         QTRY_COMPARE(seen.size(), 1);
         mine->setText("bonjour");
         QTRY_COMPARE(seen.size(), 2);
-        QCOMPARE(seen[0], QVariantList({"salut", false}));
-        QCOMPARE(seen[1], QVariantList({"bonjour", true}));
+        QCOMPARE(seen[0].mid(2), QVariantList({"salut", false}));
+        QCOMPARE(seen[1].mid(2), QVariantList({"bonjour", true}));
         QCOMPARE(m_wlCopy.read(), "bonjour");
     }
 
@@ -80,15 +86,17 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("written");
         QTest::addColumn<bool>("closed");
         QTest::addColumn<bool>("ok");
-        QTest::newRow("whole") << QByteArray("bonjour") << true << true;
-        QTest::newRow("stalled") << QByteArray("bon") << false << false;
-        QTest::newRow("over the cap") << QByteArray(65, 'x') << false << false;
+        QTest::addColumn<bool>("overflowed");
+        QTest::newRow("whole") << QByteArray("bonjour") << true << true << false;
+        QTest::newRow("stalled") << QByteArray("bon") << false << false << false;
+        QTest::newRow("over the cap") << QByteArray(65, 'x') << false << false << true;
     }
     void readsAreCappedInSizeAndTime()
     {
         QFETCH(QByteArray, written);
         QFETCH(bool, closed);
         QFETCH(bool, ok);
+        QFETCH(bool, overflowed);
         int fds[2];
         QVERIFY(::pipe2(fds, O_CLOEXEC) == 0);
         QVERIFY(::write(fds[1], written.constData(), size_t(written.size())) == written.size());
@@ -99,6 +107,7 @@ private Q_SLOTS:
         QVERIFY(finished.wait(2000));
         QCOMPARE(finished[0][0].toBool(), ok);
         QCOMPARE(finished[0][1].toByteArray(), ok ? written : QByteArray());
+        QCOMPARE(reader.overflowed(), overflowed);
         if (!closed)
             ::close(fds[1]);
     }

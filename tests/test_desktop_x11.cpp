@@ -11,6 +11,7 @@
 #include <QThread>
 #include <QTimer>
 #include <X11/keysym.h>
+#include <cmath>
 #include <xcb/xcb_keysyms.h>
 
 using namespace quillora;
@@ -67,6 +68,22 @@ private Q_SLOTS:
     void autoCopyDoesNotFeedBack() { test::autoCopyDoesNotFeedBack(m_xclip); }
     void pictureSendsNothing() { test::pictureSendsNothing(m_xclip); }
     void copiesDuringASlowTranslation() { test::copiesDuringASlowTranslation(m_xclip); }
+    void offersFollowOneRule() { test::offersFollowOneRule(m_xclip); }
+    void hostileOwnersLeaveTheWindowAnswering()
+    {
+        // The window manager's view: the longest _NET_WM_PING round trip (one left unanswered counts by
+        // its age).
+        struct Ping {
+            test::PingProbe probe;
+            void start(QWidget& window) { QVERIFY(probe.start(window.winId())); }
+            qint64 stop()
+            {
+                const auto r = probe.stop();
+                return r.sent > 0 ? qint64(std::ceil(r.maxRoundTripMs)) : std::numeric_limits<qint64>::max();
+            }
+        } ping;
+        test::hostileOwnersLeaveTheWindowAnswering(m_xclip, ping);
+    }
 
     void textAlreadyThereIsTakenAtLoad()
     {

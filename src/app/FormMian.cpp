@@ -153,6 +153,11 @@ void FormMian::Private::Form_Load()
                      Qt::QueuedConnection);
     QObject::connect(clipboard, &ClipboardMonitor::focusOnly, q,
                      [this] { q->setStatusMessage(text(MsgClipboardFocus)); });
+    QObject::connect(clipboard, &ClipboardMonitor::pasteText, q,
+                     [this](const QString& pasted) { pasteClipboardText(pasted); });
+    QObject::connect(clipboard, &ClipboardMonitor::tooLarge, q, [this] {
+        q->setStatusMessage(text(MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB));
+    });
 
     readMarks();
     applyStyle();

@@ -2,6 +2,7 @@
 #include "app/FormMian.h"
 #include "app/FormMianPrivate.h"
 #include "app/LocaleChoice.h"
+#include "app/PasteRoute.h"
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/AutoStart.h"
@@ -89,6 +90,7 @@ void FormMian::Private::buildWidgets()
     Pic1->setGeometry(kMargin, kMargin * 2 + kPicAdHeight, kPic1Width, kPic1Height);
 
     sourceBox = createTextBox(Pic1, kSourceRect, QStringLiteral("Source text"));
+    new PasteRoute(sourceBox, [this] { q->jcbuttonClick(4); });
     resultBox = createTextBox(Pic1, kResultRect, QStringLiteral("Translation"));
     phoneticBox = createTextBox(Pic1, kPhoneticRect, QStringLiteral("Romanization"));
     dictionaryBox = createTextBox(Pic1, kDictionaryRect, QStringLiteral("Dictionary"));

@@ -130,6 +130,7 @@ struct FormMian::Private {
     void swap();
     void GoBack();
     void copyResult();
+    void pasteClipboardText(const QString& text);
     void clearBoxes();
     void jcbutton1_Click();
     void fanYi(bool autoCopyFlag, EngineChoice choice = EngineChoice::Auto);

@@ -51,7 +51,8 @@ void FormMian::jcbuttonClick(int index)
         d->copyResult();
         break;
     case 4:
-        d->sourceBox->paste();
+        // Read without waiting for the other program; the text lands through pasteClipboardText().
+        d->clipboard->requestPaste();
         break;
     case 5:
         d->clearBoxes();
@@ -59,6 +60,13 @@ void FormMian::jcbuttonClick(int index)
     default:
         break;
     }
+}
+
+// The clipboard text replaces the selection at the caret; no translation follows by itself.
+void FormMian::Private::pasteClipboardText(const QString& text)
+{
+    if (!Translating)
+        sourceBox->insertPlainText(text);
 }
 
 void FormMian::translateCopiedText(const QString& text)

@@ -9,20 +9,21 @@ inline constexpr int kInterfaceLanguageCount = 7;
 
 // Project-own offsets beyond the classic 1-128, present in all seven tables: status-line texts.
 enum StatusOffset {
-    MsgServiceRefused = 201,  // the service answers 429/503
-    MsgTimedOut = 202,        // no answer within the time limit
-    MsgNetworkFailed = 203,   // connection failed / TLS error
-    MsgBadAnswer = 204,       // an answer that cannot be read
-    MsgCancelled = 205,       // the user pressed Escape
-    MsgSpeechFailed = 206,    // the spoken audio could not be played
-    MsgHotKeyTaken = 207,     // F11 is held by another program
-    MsgNoTranslation = 208,   // an answer with nothing in it
-    MsgTranslating = 209,     // shown while a request runs
-    MsgOffline = 210,         // translated by an installed Apertium pair, %1
-    MsgClipboardFocus = 211,  // copies are seen only while the window has the focus
-    MsgHotKeyOff = 213,       // the desktop gave no global key (a portal that bound nothing or failed)
-    MsgWithReason = 214,      // "%1" a sentence, "%2" the system's reason for it
-    MsgSettingsNotSaved = 215 // the settings could not be stored, %1 the system's reason
+    MsgServiceRefused = 201,    // the service answers 429/503
+    MsgTimedOut = 202,          // no answer within the time limit
+    MsgNetworkFailed = 203,     // connection failed / TLS error
+    MsgBadAnswer = 204,         // an answer that cannot be read
+    MsgCancelled = 205,         // the user pressed Escape
+    MsgSpeechFailed = 206,      // the spoken audio could not be played
+    MsgHotKeyTaken = 207,       // F11 is held by another program
+    MsgNoTranslation = 208,     // an answer with nothing in it
+    MsgTranslating = 209,       // shown while a request runs
+    MsgOffline = 210,           // translated by an installed Apertium pair, %1
+    MsgClipboardFocus = 211,    // copies are seen only while the window has the focus
+    MsgClipboardTooLarge = 212, // a copy over the cap, %1 in KB
+    MsgHotKeyOff = 213,         // the desktop gave no global key (a portal that bound nothing or failed)
+    MsgWithReason = 214,        // "%1" a sentence, "%2" the system's reason for it
+    MsgSettingsNotSaved = 215   // the settings could not be stored, %1 the system's reason
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.

@@ -1,6 +1,7 @@
 #include "desktop/ModmonClip.h"
 
 #include "desktop/WaylandClipboard.h"
+#include "desktop/X11Clipboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -13,7 +14,18 @@ namespace quillora
 ClipboardMonitor::ClipboardMonitor(QClipboard* clipboard, QObject* parent)
     : QObject(parent), m_clipboard(clipboard)
 {
-    if (QGuiApplication::platformName() != QLatin1String("wayland"))
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QLatin1String("xcb"))
+        m_x11 = X11Clipboard::connectToDisplay();
+    if (m_x11) {
+        connect(m_x11.get(), &X11Clipboard::readDone, this,
+                [this](int purposes, ClipboardRead result, const QString& text) {
+                    // Qt keeps whether it owns the clipboard without asking the X server.
+                    onRead(purposes, result, text, m_clipboard->ownsClipboard());
+                });
+        return;
+    }
+    if (platform != QLatin1String("wayland"))
         return;
     // QUILLORA_CLIPBOARD=focus stands for a compositor without data-control.
     if (qEnvironmentVariable("QUILLORA_CLIPBOARD") != QLatin1String("focus"))
@@ -21,12 +33,15 @@ ClipboardMonitor::ClipboardMonitor(QClipboard* clipboard, QObject* parent)
     m_focusOnly = !m_wayland;
     if (!m_wayland)
         return;
-    connect(m_wayland.get(), &WaylandClipboard::selectionText, this, [this](const QString& text, bool own) {
-        // The window's own copy also goes out through Qt's clipboard, which the compositor takes
-        // when the window had input lately; it may land just after ours, unmarked. Qt cannot tell
-        // whether it was taken, so a repeat of the own text soon after the copy counts as own.
-        take(text, own || (m_ownCopyClock.isValid() && m_ownCopyClock.elapsed() < kOwnEchoMs));
-    });
+    connect(m_wayland.get(), &WaylandClipboard::readDone, this,
+            [this](int purposes, ClipboardRead result, const QString& text, bool own) {
+                // The window's own copy also goes out through Qt's clipboard, which the compositor
+                // takes when the window had input lately; it may land just after ours, unmarked. Qt
+                // cannot tell whether it was taken, so a repeat of the own text soon after the copy
+                // counts as own.
+                onRead(purposes, result, text,
+                       own || (m_ownCopyClock.isValid() && m_ownCopyClock.elapsed() < kOwnEchoMs));
+            });
     connect(m_clipboard, &QClipboard::dataChanged, this, &ClipboardMonitor::onOwnCopyMade);
 }
 
@@ -37,6 +52,8 @@ void ClipboardMonitor::setMonitoring(bool on)
     if (on == m_on)
         return;
     m_on = on;
+    if (m_x11)
+        return m_x11->setWatching(on);
     if (m_wayland)
         return m_wayland->setWatching(on);
     if (!on) {
@@ -49,42 +66,75 @@ void ClipboardMonitor::setMonitoring(bool on)
     onChanged();
 }
 
-QString ClipboardMonitor::currentText() const
+void ClipboardMonitor::requestPaste()
 {
-    const QMimeData* data = m_clipboard->mimeData(QClipboard::Clipboard);
-    if (!data || !data->hasText() || data->hasUrls() || data->hasImage())
-        return {};
-    return data->text();
+    if (m_x11)
+        return m_x11->read(ForPaste);
+    if (m_wayland)
+        return m_wayland->read(ForPaste);
+    readQtClipboard(ForPaste);
 }
 
 void ClipboardMonitor::onChanged()
 {
-    take(currentText(), m_clipboard->ownsClipboard());
+    readQtClipboard(ForNotice);
+}
+
+// Where the program has no connection of its own: Qt's clipboard, under the same rule.
+void ClipboardMonitor::readQtClipboard(int purposes)
+{
+    const QMimeData* data = m_clipboard->mimeData(QClipboard::Clipboard);
+    QList<QByteArray> types;
+    for (const QString& format : data ? data->formats() : QStringList())
+        types.append(format.toUtf8());
+    const QByteArray type = ClipboardOffer::textType(types);
+    if (type.isEmpty() || (ClipboardOffer::hasSecretHint(types) &&
+                           ClipboardOffer::isSecret(data->data(ClipboardOffer::kSecretHintType))))
+        return onRead(purposes, ClipboardRead::Nothing, {}, false);
+    const QString text = data->text();
+    const ClipboardRead result =
+        text.toUtf8().size() > ClipboardOffer::kMaxBytes ? ClipboardRead::TooLarge : ClipboardRead::Text;
+    onRead(purposes, result, text, m_clipboard->ownsClipboard());
 }
 
 // An ordinary Wayland window may set the clipboard only right after the user's input; its own copy
-// is handed on to data-control so that it lands from the background too.
+// is handed on to data-control so that it lands from the background too. Qt holds its own copy in
+// the program, so reading it here does not wait for anyone.
 void ClipboardMonitor::onOwnCopyMade()
 {
     if (!m_ownCopy || !m_clipboard->ownsClipboard())
         return;
-    const QString text = currentText();
+    const QMimeData* data = m_clipboard->mimeData(QClipboard::Clipboard);
+    const QString text = data ? data->text() : QString();
     if (text.isEmpty())
         return;
     m_wayland->setText(text);
     m_ownCopyClock.start();
 }
 
-void ClipboardMonitor::take(const QString& text, bool ownsClipboard)
+void ClipboardMonitor::onRead(int purposes, ClipboardRead result, const QString& text, bool own)
 {
-    if (text.isEmpty())
+    if (result == ClipboardRead::Nothing || (result == ClipboardRead::Text && text.isEmpty()))
+        return;
+    if (purposes & ForPaste) {
+        if (result == ClipboardRead::Text)
+            Q_EMIT pasteText(text);
+        else if (!(purposes & ForNotice))
+            Q_EMIT tooLarge();
+    }
+    if (!(purposes & ForNotice))
         return;
     if (m_ownCopy) {
         m_ownCopy = false;
         m_ownText = text;
         return;
     }
-    if (text == m_ownText && ownsClipboard)
+    if (result == ClipboardRead::TooLarge) {
+        m_ownText.clear();
+        Q_EMIT tooLarge();
+        return;
+    }
+    if (text == m_ownText && own)
         return;
     m_ownText.clear();
     Q_EMIT textCopied(text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/ClipboardOffer.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -11,16 +13,16 @@ namespace quillora
 {
 
 class WaylandClipboard;
+class X11Clipboard;
 
-// Watches the clipboard for text that other programs copy. The program's own copies are marked
-// with markOwnCopy() just before they happen, and exactly the next notice with text is then
-// swallowed. Notices without text (the clear() before a copy) leave the guard set. Under X11 a
-// clear() can report late, after the copy; a notice that repeats the program's own text while the
-// program still owns the clipboard is therefore swallowed too.
+// Watches the clipboard for text that other programs copy, and reads it for Paste; what counts as
+// text is ClipboardOffer's rule. The program's own copies are marked with markOwnCopy() just before
+// they happen, and exactly the next notice with text is then swallowed; a notice that repeats the
+// program's own text while the program still owns the clipboard is swallowed too.
 //
-// On Wayland the compositor's data-control protocol serves when it has one: copies are seen and
-// the program's own copies reach the clipboard while the window is in the background. Without it
-// the window's own clipboard sees copies only while it has the focus; focusOnly() says so.
+// On X11 and on a Wayland compositor with data-control the clipboard is read on a connection of its
+// own, never waiting for the other program. Without data-control the window's own clipboard sees
+// copies only while it has the focus; focusOnly() says so.
 class ClipboardMonitor : public QObject
 {
     Q_OBJECT
@@ -36,19 +38,26 @@ public:
     void markOwnCopy() { m_ownCopy = true; }
     bool ownCopy() const { return m_ownCopy; }
 
+    // Reads the clipboard for Paste; pasteText() follows when it holds text to take.
+    void requestPaste();
+
 Q_SIGNALS:
     // Non-empty text copied by another program.
     void textCopied(const QString& text);
+    void pasteText(const QString& text);
+    // A copy, or the text asked for by Paste, is over ClipboardOffer::kMaxBytes and was left alone.
+    void tooLarge();
     // Once, when monitoring first starts on a desktop that shows copies only to the focused window.
     void focusOnly();
 
 private:
     void onChanged();
     void onOwnCopyMade();
-    void take(const QString& text, bool ownsClipboard);
-    QString currentText() const;
+    void readQtClipboard(int purposes);
+    void onRead(int purposes, ClipboardRead result, const QString& text, bool own);
     QClipboard* m_clipboard;
     std::unique_ptr<WaylandClipboard> m_wayland;
+    std::unique_ptr<X11Clipboard> m_x11;
     QMetaObject::Connection m_connection;
     QElapsedTimer m_ownCopyClock;
     static constexpr int kOwnEchoMs = 1000;

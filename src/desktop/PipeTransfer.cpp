@@ -39,8 +39,10 @@ void PipeReader::onReadable()
     for (;;) {
         const ssize_t n = ::read(m_fd, buffer, sizeof buffer);
         if (n > 0) {
-            if (m_data.size() + n > m_maxBytes)
+            if (m_data.size() + n > m_maxBytes) {
+                m_overflowed = true;
                 return finish(false);
+            }
             m_data.append(buffer, n);
             continue;
         }

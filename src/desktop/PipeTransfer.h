@@ -17,6 +17,8 @@ public:
     // Takes ownership of the non-blocking descriptor `fd`.
     PipeReader(int fd, qint64 maxBytes, int timeoutMs, QObject* parent = nullptr);
     ~PipeReader() override;
+    // Whether it ended because the writer went past the cap.
+    bool overflowed() const { return m_overflowed; }
 
 Q_SIGNALS:
     // Once: everything up to the writer's end, or `ok` false on error, overflow or time-out.
@@ -28,6 +30,7 @@ private:
 
     int m_fd;
     qint64 m_maxBytes;
+    bool m_overflowed = false;
     QByteArray m_data;
     QSocketNotifier m_notifier;
     QTimer m_timeout;

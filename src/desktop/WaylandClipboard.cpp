@@ -1,7 +1,6 @@
 #include "desktop/WaylandClipboard.h"
 
 #include "desktop/PipeTransfer.h"
-#include "net/Http.h"
 #include "wlr-data-control-unstable-v1-client-protocol.h"
 
 #include <QCoreApplication>
@@ -12,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 #include <wayland-client.h>
 
 namespace quillora
@@ -28,9 +28,9 @@ QByteArray ownType(const void* owner)
            QByteArray::number(QCoreApplication::applicationPid()) + '-' +
            QByteArray::number(quintptr(owner), 16);
 }
-// Text types in the order they are asked for; the first ones are UTF-8 by definition.
-constexpr std::array<const char*, 5> kTextTypes{"text/plain;charset=utf-8", "UTF8_STRING", "text/plain",
-                                                "STRING", "TEXT"};
+// Offered for the program's own copies; the first ones are UTF-8 by definition.
+constexpr std::array<const char*, 4> kTextTypes{"text/plain;charset=utf-8", "UTF8_STRING", "text/plain",
+                                                "TEXT"};
 
 struct Globals {
     zwlr_data_control_manager_v1* manager = nullptr;
@@ -75,15 +75,6 @@ struct WaylandClipboard::Offer {
     ~Offer() { zwlr_data_control_offer_v1_destroy(proxy); }
     Offer(const Offer&) = delete;
     Offer& operator=(const Offer&) = delete;
-
-    // The best text type offered, or null.
-    const char* textType() const
-    {
-        for (const char* type : kTextTypes)
-            if (types.contains(QByteArray(type)))
-                return type;
-        return nullptr;
-    }
 
     zwlr_data_control_offer_v1* proxy;
     QList<QByteArray> types;
@@ -188,6 +179,8 @@ void WaylandClipboard::deviceSelection(void* data, zwlr_data_control_device_v1*,
         self->m_current =
             self->m_pending && self->m_pending->proxy == id ? std::move(self->m_pending) : nullptr;
     if (self->m_watching)
+        self->m_purposes |= ForNotice;
+    if (self->m_purposes)
         self->readSelection();
 }
 
@@ -209,11 +202,17 @@ void WaylandClipboard::setWatching(bool on)
 {
     m_watching = on;
     if (on)
+        read(ForNotice);
+    else if (m_reader && (m_purposes &= ~ForNotice) == 0)
+        finish(ClipboardRead::Nothing);
+}
+
+void WaylandClipboard::read(int purposes)
+{
+    const bool running = m_reader != nullptr;
+    m_purposes |= purposes;
+    if (!running)
         readSelection();
-    else {
-        delete m_reader;
-        m_reader = nullptr;
-    }
 }
 
 void WaylandClipboard::readSelection()
@@ -222,26 +221,48 @@ void WaylandClipboard::readSelection()
     delete m_reader;
     m_reader = nullptr;
     const Offer* offer = m_current.get();
-    const char* type = offer ? offer->textType() : nullptr;
-    if (!type)
-        return;
-    if (offer->types.contains(m_ownType)) {
-        Q_EMIT selectionText(QString::fromUtf8(m_ownBytes), true);
-        return;
-    }
+    m_textType = offer ? ClipboardOffer::textType(offer->types) : QByteArray();
+    if (m_textType.isEmpty())
+        return finish(ClipboardRead::Nothing);
+    if (offer->types.contains(m_ownType))
+        return finish(ClipboardRead::Text, QString::fromUtf8(m_ownBytes), true);
+    if (ClipboardOffer::hasSecretHint(offer->types))
+        receive(ClipboardOffer::kSecretHintType, ClipboardOffer::kMaxHintBytes);
+    else
+        receive(m_textType, ClipboardOffer::kMaxBytes);
+}
+
+void WaylandClipboard::receive(const QByteArray& type, qint64 maxBytes)
+{
     int fds[2];
     if (::pipe2(fds, O_CLOEXEC) != 0)
-        return;
-    zwlr_data_control_offer_v1_receive(offer->proxy, type, fds[1]);
+        return finish(ClipboardRead::Nothing);
+    zwlr_data_control_offer_v1_receive(m_current->proxy, type.constData(), fds[1]);
     ::close(fds[1]);
     flush();
-    m_reader = new PipeReader(fds[0], HttpClient::kDefaultMaxBytes, kTransferTimeoutMs, this);
-    connect(m_reader, &PipeReader::finished, this, [this](bool ok, const QByteArray& bytes) {
+    m_reader = new PipeReader(fds[0], maxBytes, ClipboardOffer::kTimeoutMs, this);
+    const bool hint = type != m_textType;
+    connect(m_reader, &PipeReader::finished, this, [this, hint](bool ok, const QByteArray& bytes) {
+        const bool overflowed = m_reader->overflowed();
         m_reader->deleteLater();
         m_reader = nullptr;
-        if (ok)
-            Q_EMIT selectionText(QString::fromUtf8(bytes), false);
+        // A hint that cannot be read counts as a secret.
+        if (!ok)
+            return finish(overflowed && !hint ? ClipboardRead::TooLarge : ClipboardRead::Nothing);
+        if (hint)
+            return ClipboardOffer::isSecret(bytes) ? finish(ClipboardRead::Nothing)
+                                                   : receive(m_textType, ClipboardOffer::kMaxBytes);
+        if (bytes.isEmpty())
+            return finish(ClipboardRead::Nothing);
+        finish(ClipboardRead::Text, ClipboardOffer::decode(bytes, m_textType));
     });
+}
+
+void WaylandClipboard::finish(ClipboardRead result, const QString& text, bool own)
+{
+    const int purposes = std::exchange(m_purposes, 0);
+    if (purposes && result != ClipboardRead::Nothing)
+        Q_EMIT readDone(purposes, result, text, own);
 }
 
 void WaylandClipboard::setText(const QString& text)
@@ -265,7 +286,7 @@ void WaylandClipboard::setText(const QString& text)
 void WaylandClipboard::sourceSend(void* data, zwlr_data_control_source_v1*, const char*, int32_t fd)
 {
     auto* self = static_cast<WaylandClipboard*>(data);
-    new PipeWriter(fd, self->m_ownBytes, kTransferTimeoutMs, self);
+    new PipeWriter(fd, self->m_ownBytes, ClipboardOffer::kTimeoutMs, self);
 }
 
 void WaylandClipboard::sourceCancelled(void* data, zwlr_data_control_source_v1* source)

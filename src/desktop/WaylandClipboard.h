@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/ClipboardOffer.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
@@ -34,15 +36,14 @@ public:
 
     // Makes `text` the clipboard; its notice comes back marked as the program's own.
     void setText(const QString& text);
-    // While watching, every new clipboard is read and reported; switching on reads the current one.
+    // While watching, every new clipboard is read for ForNotice; switching on reads the current one.
     void setWatching(bool on);
-
-    static constexpr int kTransferTimeoutMs = 3000;
+    // Reads the clipboard now; joins a read already running.
+    void read(int purposes);
 
 Q_SIGNALS:
-    // The clipboard changed to this text; `own` when setText() put it there. Offers without a text
-    // type, and reads that fail, time out or exceed the cap, give no signal.
-    void selectionText(const QString& text, bool own);
+    // A read that found text to take or text over the cap; `own` when setText() put the text there.
+    void readDone(int purposes, quillora::ClipboardRead result, const QString& text, bool own);
 
 private:
     struct Offer;
@@ -51,6 +52,8 @@ private:
     void pump();
     void flush();
     void readSelection();
+    void receive(const QByteArray& type, qint64 maxBytes);
+    void finish(ClipboardRead result, const QString& text = {}, bool own = false);
 
     static void deviceDataOffer(void* data, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* id);
     static void deviceSelection(void* data, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* id);
@@ -70,6 +73,8 @@ private:
     QByteArray m_ownType;
     QByteArray m_ownBytes;
     PipeReader* m_reader = nullptr;
+    QByteArray m_textType;
+    int m_purposes = 0;
     bool m_watching = false;
     QSocketNotifier m_notifier;
 };

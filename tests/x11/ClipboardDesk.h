@@ -2,18 +2,25 @@
 
 #include "app/FormMian.h"
 #include "app/Settings.h"
+#include "app/StringTable.h"
+#include "desktop/ClipboardOffer.h"
 #include "net/Connectivity.h"
 #include "standin/StandinService.h"
 #include "translate/ServiceAddresses.h"
 #include "translate/TranslationEngine.h"
 
+#include <QFile>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QUrlQuery>
+#include <atomic>
+#include <chrono>
+#include <limits>
 #include <memory>
+#include <thread>
 
 namespace quillora::test
 {
@@ -90,6 +97,25 @@ public:
         process->waitForStarted();
         process->write(data);
         process->closeWriteChannel();
+    }
+    // Whether the owner programs of tests/owners can run here.
+    bool ownersRun() const
+    {
+        return QProcess::execute("/usr/bin/python3", {"-c", m_wayland ? "import socket" : "import Xlib"}) ==
+               0;
+    }
+    // Starts an owner program serving one kind of offer from offers.py; true once it owns the clipboard.
+    bool own(const QString& kind)
+    {
+        const QString script = qEnvironmentVariable("QUILLORA_SOURCE_DIR") + "/tests/owners/" +
+                               (m_wayland ? "wayland_owner.py" : "x11_owner.py");
+        auto& process = m_running.emplace_back(std::make_unique<QProcess>());
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->start("/usr/bin/python3", {script, kind});
+        return QTest::qWaitFor(
+                   [&] { return process->canReadLine() || process->state() == QProcess::NotRunning; },
+                   5000) &&
+               process->readLine() == "ready\n";
     }
     void endAll()
     {
@@ -194,6 +220,131 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
     QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
     QTest::qWait(2000);
     QCOMPARE(desk.translationRequests(), 2);
+}
+
+// Paste (the button, the keys, the middle button) on an empty clipboard, offers of another program's that
+// change nothing, and text with a picture, which is text. With auto-copy on, so that a copy taken by mistake
+// would also replace the owner's clipboard.
+inline void offersFollowOneRule(OtherPrograms& other)
+{
+    const struct {
+        const char* kind;     // none: the empty clipboard
+        const char* keptType; // still offered afterwards: the owner keeps the clipboard
+    } rows[] = {{nullptr, nullptr},
+                {"secret", ClipboardOffer::kSecretHintType},
+                {"files", "text/uri-list"},
+                {"picture", nullptr}};
+    if (!other.ownersRun())
+        QSKIP("the owner programs need /usr/bin/python3 with python3-xlib");
+    for (const auto& row : rows) {
+        ClipboardDesk desk({/*autoCopy*/ true});
+        QPlainTextEdit* source = desk.window().sourceBox();
+        source->setPlainText("typed");
+        source->moveCursor(QTextCursor::End);
+        QVERIFY2(!row.kind || other.own(row.kind), row.kind);
+        desk.window().jcbuttonClick(4);
+        QTest::keySequence(source, QKeySequence::Paste);
+        QTest::mouseClick(source->viewport(), Qt::MiddleButton);
+        const bool text = row.kind && !row.keptType;
+        if (text)
+            QTRY_COMPARE(desk.lastRequestText(), "cells");
+        QTest::qWait(1000);
+        QCOMPARE(desk.translationRequests(), text ? 1 : 0);
+        if (!text)
+            QCOMPARE(source->toPlainText(), "typed");
+        if (row.keptType)
+            QVERIFY2(other.read(true).contains(row.keptType), row.kind);
+        other.endAll();
+    }
+}
+
+// The window process's event loop seen from a second thread that posts to it every 10 ms.
+class LoopProbe
+{
+public:
+    ~LoopProbe()
+    {
+        if (m_thread.joinable())
+            stop();
+    }
+    void start(QWidget&)
+    {
+        m_running = true;
+        m_sent = m_answered = 0;
+        m_maxMs = 0;
+        m_thread = std::thread([this] {
+            while (m_running) {
+                const auto posted = std::chrono::steady_clock::now();
+                ++m_sent;
+                QMetaObject::invokeMethod(
+                    qApp,
+                    [this, posted] {
+                        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(
+                                            std::chrono::steady_clock::now() - posted)
+                                            .count();
+                        m_maxMs = std::max<qint64>(m_maxMs, ms);
+                        ++m_answered;
+                    },
+                    Qt::QueuedConnection);
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            }
+        });
+    }
+    // The longest wait of a posted event; unbounded when some never ran.
+    qint64 stop()
+    {
+        m_running = false;
+        m_thread.join();
+        const bool all = QTest::qWaitFor([this] { return m_answered == m_sent; }, 5000);
+        return all ? m_maxMs : std::numeric_limits<qint64>::max();
+    }
+
+private:
+    std::atomic<bool> m_running{false};
+    std::atomic<int> m_sent{0};
+    std::atomic<int> m_answered{0};
+    qint64 m_maxMs = 0;
+    std::thread m_thread;
+};
+
+inline qint64 peakResidentKiB()
+{
+    QFile status("/proc/self/status");
+    status.open(QIODevice::ReadOnly);
+    for (const QByteArray& line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
+    return -1;
+}
+
+// An owner that never answers and one that sends 200 MB: while either holds the clipboard, through the
+// watcher's read and a Paste, the window answers in time (`probe.stop()` gives the longest wait in ms)
+// and nothing is sent; the flood is named in the status line.
+template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(OtherPrograms& other, Probe& probe)
+{
+    if (!other.ownersRun())
+        QSKIP("the owner programs need /usr/bin/python3 with python3-xlib");
+    for (const char* kind : {"stall", "flood"}) {
+        ClipboardDesk desk({});
+        FormMian& window = desk.window();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.sourceBox()->setPlainText("typed");
+        probe.start(window);
+        const bool owned = other.own(kind);
+        window.jcbuttonClick(4);
+        QTest::qWait(ClipboardOffer::kTimeoutMs + 1000);
+        const qint64 longestMs = probe.stop();
+        QVERIFY2(owned, kind);
+        QVERIFY2(longestMs < 100, qPrintable(QString("%1: %2 ms").arg(kind).arg(longestMs)));
+        QCOMPARE(desk.translationRequests(), 0);
+        QCOMPARE(window.sourceBox()->toPlainText(), "typed");
+        QVERIFY2(peakResidentKiB() < 300 * 1024, qPrintable(QString::number(peakResidentKiB())));
+        if (QByteArray(kind) == "flood")
+            QCOMPARE(window.statusMessage(),
+                     uiText(window.interfaceLanguage(), MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB));
+        other.endAll();
+    }
 }
 
 } // namespace quillora::test
