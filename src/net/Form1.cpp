@@ -2,6 +2,7 @@
 
 #include "app/StringTable.h"
 #include "net/MakerLists.h"
+#include "net/WebLink.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -47,9 +48,9 @@ Form1::Form1(int interfaceLanguage, const QString& updateListText, const QUrl& l
 void Form1::jcbutton1_Click(int index)
 {
     if (index == 0)
-        m_openUrl(m_latestVersionPage);
+        openWebAddress(m_latestVersionPage, m_openUrl);
     else if (index == 1)
-        m_openUrl(QUrl(m_download));
+        openWebAddress(QUrl(m_download), m_openUrl);
     close();
 }
 
