@@ -4,13 +4,14 @@
 #include <functional>
 
 class QPlainTextEdit;
+class QPoint;
 
 namespace quillora
 {
 
-// Sends a text box's paste keys (Ctrl+V, Shift+Insert) to `paste` and keeps the middle button's
-// paste of the X11 selection away from it: the box's own paste reads synchronously and, on Qt 6.4,
-// crashes when the clipboard or the selection offers nothing.
+// Sends a text box's paste keys (Ctrl+V, Shift+Insert) and its context menu's Paste to `paste`, and
+// keeps the middle button's paste of the X11 selection away from it: the box's own paste and menu read
+// the clipboard synchronously, wait for a stalled owner and, on Qt 6.4, crash when it offers nothing.
 class PasteRoute : public QObject
 {
 public:
@@ -20,6 +21,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void showMenu(const QPoint& at);
+    QPlainTextEdit* m_box;
     std::function<void()> m_paste;
 };
 
