@@ -66,10 +66,28 @@ private Q_SLOTS:
         QCOMPARE(client.get(file("cap")).outcome, HttpReply::Cancelled);
         QVERIFY(!nested.errorText.isEmpty() && m_service.requests().size() == 1);
         client.cancel(); // idle: nothing happens
-        client.setTimeoutMs(200);
-        const HttpReply slow = client.get(file("cap"));
-        QCOMPARE(slow.outcome, HttpReply::TimedOut);
-        QVERIFY(slow.body.isEmpty() && !client.busy());
+        // The limit holds for the whole exchange, also while a byte comes every 50 ms.
+        client.setTimeoutMs(300);
+        for (const QString& slow : {file("cap").toString(), m_service.baseUrl() + "/trickle/100"}) {
+            QElapsedTimer clock;
+            clock.start();
+            const HttpReply got = client.get(QUrl(slow));
+            QCOMPARE(got.outcome, HttpReply::TimedOut);
+            QVERIFY2(clock.elapsed() < 2500 && got.body.isEmpty() && !client.busy(), qPrintable(slow));
+        }
+    }
+
+    void redirectsAreFollowedFiveTimes()
+    {
+        HttpClient client;
+        const HttpReply five = client.get(QUrl(m_service.baseUrl() + "/redirect/5"));
+        QVERIFY(five.ok() && five.body.contains("arrived"));
+        QCOMPARE(five.url.path(), "/redirect/0");
+        for (const char* tooMany : {"/redirect/6", "/redirect/loop"}) {
+            m_service.clearRequests();
+            QCOMPARE(client.get(QUrl(m_service.baseUrl() + tooMany)).outcome, HttpReply::TooManyRedirects);
+            QCOMPARE(m_service.requests().size(), 6);
+        }
     }
 
     void tlsCertificatesAreVerified()

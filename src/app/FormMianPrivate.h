@@ -135,6 +135,7 @@ struct FormMian::Private {
     void fanYi(bool autoCopyFlag, EngineChoice choice = EngineChoice::Auto);
     // Without a connection: whether an installed offline pair covers the source text and languages.
     bool offlineCovers();
+    QString failureStatus(const TranslationOutcome& outcome, bool offline) const;
     void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
     void storeHistory();
     void showSpeaker(int slot, bool shown, const SpokenText& text);

@@ -9,17 +9,21 @@ inline constexpr int kInterfaceLanguageCount = 7;
 
 // Project-own offsets beyond the classic 1-128, present in all seven tables: status-line texts.
 enum StatusOffset {
-    MsgServiceRefused = 201, // the service answers 429/503
-    MsgTimedOut = 202,       // no answer within the time limit
-    MsgNetworkFailed = 203,  // connection failed / TLS error
-    MsgBadAnswer = 204,      // an answer that cannot be read
-    MsgCancelled = 205,      // the user pressed Escape
-    MsgSpeechFailed = 206,   // the spoken audio could not be played
-    MsgHotKeyTaken = 207,    // F11 is held by another program
-    MsgNoTranslation = 208,  // an answer with nothing in it
-    MsgTranslating = 209,    // shown while a request runs
-    MsgOffline = 210,        // translated by an installed Apertium pair, %1
-    MsgClipboardFocus = 211  // copies are seen only while the window has the focus
+    MsgServiceRefused = 201,  // the service answers 429/503
+    MsgTimedOut = 202,        // no answer within the time limit
+    MsgNetworkFailed = 203,   // connection failed / TLS error
+    MsgBadAnswer = 204,       // an answer that cannot be read
+    MsgCancelled = 205,       // the user pressed Escape
+    MsgSpeechFailed = 206,    // the spoken audio could not be played
+    MsgHotKeyTaken = 207,     // F11 is held by another program
+    MsgNoTranslation = 208,   // an answer with nothing in it
+    MsgTranslating = 209,     // shown while a request runs
+    MsgOffline = 210,         // translated by an installed Apertium pair, %1
+    MsgClipboardFocus = 211,  // copies are seen only while the window has the focus
+    MsgRefusedUntil = 217,    // the service refused; asked again at %1
+    MsgHumanCheck = 218,      // the service wants a person; asked again at %1
+    MsgOfflineTimedOut = 219, // Apertium did not answer within the time limit
+    MsgTextTooLong = 220      // more than %1 KiB of text; nothing sent
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.
