@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <fcntl.h>
 #include <unistd.h>
@@ -100,6 +101,15 @@ private Q_SLOTS:
         QCOMPARE(finished[0][1].toByteArray(), ok ? written : QByteArray());
         if (!closed)
             ::close(fds[1]);
+    }
+
+    // sway offers no global shortcuts and the session's portal has no back-end: F11 is off, and said.
+    void withoutAPortalF11IsOff()
+    {
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression("^Global key F11 unavailable: .*CreateSession"));
+        ClipboardDesk desk({false, /*hotKey*/ true});
+        QTRY_COMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyOff));
     }
 };
 

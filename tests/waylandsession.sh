@@ -11,6 +11,12 @@ if [ -z "${WLSESSION_INNER:-}" ]; then
 fi
 rundir=$(mktemp -d)
 chmod 0700 "$rundir"
+# An installed desktop portal may answer only with a back-end the test brings itself.
+if [ -z "${XDG_DESKTOP_PORTAL_DIR:-}" ]; then
+  mkdir "$rundir/portals"
+  export XDG_DESKTOP_PORTAL_DIR="$rundir/portals"
+  dbus-update-activation-environment XDG_DESKTOP_PORTAL_DIR
+fi
 printf 'output HEADLESS-1 resolution 1280x1024\nxwayland disable\n' >"$rundir/config"
 as_user=()
 if [ "$(id -u)" = 0 ]; then

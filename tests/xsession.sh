@@ -9,6 +9,12 @@ if [ -z "${XSESSION_INNER:-}" ]; then
   exec dbus-run-session -- "$0" $([ $openbox = 1 ] && echo --openbox) "$@"
 fi
 rundir=$(mktemp -d)
+# An installed desktop portal may answer only with a back-end the test brings itself.
+if [ -z "${XDG_DESKTOP_PORTAL_DIR:-}" ]; then
+  mkdir "$rundir/portals"
+  export XDG_DESKTOP_PORTAL_DIR="$rundir/portals"
+  dbus-update-activation-environment XDG_DESKTOP_PORTAL_DIR
+fi
 exec 3>"$rundir/display"
 Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset >"$rundir/xvfb.log" 2>&1 &
 xvfb=$!

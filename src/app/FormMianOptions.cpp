@@ -118,11 +118,16 @@ void FormMian::Private::registerHotKey()
         return;
     hotKey = GlobalHotKey::create();
     QObject::connect(hotKey.get(), &GlobalHotKey::activated, q, &FormMian::toggleShowHide);
-    QObject::connect(
-        hotKey.get(), &GlobalHotKey::keyTaken, q, [this] { q->setStatusMessage(text(MsgHotKeyTaken)); },
-        Qt::SingleShotConnection);
-    QObject::connect(hotKey.get(), &GlobalHotKey::unavailable, q, [](const QString& reason) {
-        qInfo("Global key F11 unavailable: %s", qPrintable(reason));
+    // A key held by another program has its own text, shown before the reason arrives.
+    auto taken = std::make_shared<bool>(false);
+    QObject::connect(hotKey.get(), &GlobalHotKey::keyTaken, q, [this, taken] {
+        *taken = true;
+        q->setStatusMessage(text(MsgHotKeyTaken));
+    });
+    QObject::connect(hotKey.get(), &GlobalHotKey::unavailable, q, [this, taken](const QString& reason) {
+        qWarning("Global key F11 unavailable: %s", qPrintable(reason));
+        if (!*taken)
+            q->setStatusMessage(text(MsgHotKeyOff));
     });
     hotKey->registerKey();
 }

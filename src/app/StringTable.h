@@ -20,6 +20,7 @@ enum StatusOffset {
     MsgTranslating = 209,     // shown while a request runs
     MsgOffline = 210,         // translated by an installed Apertium pair, %1
     MsgClipboardFocus = 211,  // copies are seen only while the window has the focus
+    MsgHotKeyOff = 213,       // the desktop gave no global key (a portal that bound nothing or failed)
     MsgRefusedUntil = 217,    // the service refused; asked again at %1
     MsgHumanCheck = 218,      // the service wants a person; asked again at %1
     MsgOfflineTimedOut = 219, // Apertium did not answer within the time limit

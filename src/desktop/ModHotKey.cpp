@@ -1,5 +1,6 @@
 #include "desktop/ModHotKey.h"
 
+#include "Version.h"
 #include "desktop/PortalHotKey.h"
 #include "desktop/X11HotKey.h"
 
@@ -45,7 +46,8 @@ std::unique_ptr<GlobalHotKey> GlobalHotKey::create(QObject* parent)
         return std::make_unique<NoHotKey>(QStringLiteral("global key switched off by QUILLORA_HOTKEY"),
                                           parent);
     if (forced == QLatin1String("portal"))
-        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
+        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(),
+                                              QString::fromLatin1(kApplicationId), parent);
     // Under XWayland an X11 grab sees only keys typed into X11 windows: the portal serves there too.
     const bool waylandSession = qEnvironmentVariable("XDG_SESSION_TYPE") == QLatin1String("wayland") ||
                                 qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
@@ -55,7 +57,8 @@ std::unique_ptr<GlobalHotKey> GlobalHotKey::create(QObject* parent)
     if (forced == QLatin1String("x11"))
         return std::make_unique<NoHotKey>(QStringLiteral("no X11 connection for the global key"), parent);
     if (waylandSession)
-        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(), parent);
+        return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus(),
+                                              QString::fromLatin1(kApplicationId), parent);
     return std::make_unique<NoHotKey>(
         QStringLiteral("no global key on the %1 platform").arg(QGuiApplication::platformName()), parent);
 }

@@ -20,6 +20,14 @@ constexpr const char* kSessionCreatedSlot = "1onSessionCreated(uint,QVariantMap)
 constexpr const char* kShortcutsBoundSlot = "1onShortcutsBound(uint,QVariantMap)";
 constexpr const char* kActivatedSlot = "1onActivated(QDBusObjectPath,QString,qulonglong,QVariantMap)";
 
+// Sent with CreateSession too: some back-ends bind only what comes there.
+QList<PortalShortcut> wantedShortcuts()
+{
+    return {{kToggleShortcutId,
+             {{QStringLiteral("description"), QStringLiteral("Show or hide Quillora")},
+              {QStringLiteral("preferred_trigger"), QStringLiteral("F11")}}}};
+}
+
 } // namespace
 
 QDBusArgument& operator<<(QDBusArgument& arg, const PortalShortcut& shortcut)
@@ -38,13 +46,29 @@ const QDBusArgument& operator>>(const QDBusArgument& arg, PortalShortcut& shortc
     return arg;
 }
 
+QStringList boundShortcutIds(const QVariantMap& results)
+{
+    const QVariant value = results.value(QStringLiteral("shortcuts"));
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    // Only a list of shortcuts is read; an answer of any other type binds nothing.
+    const auto arg = value.value<QDBusArgument>();
+    if (arg.currentSignature() != QLatin1String("a(sa{sv})"))
+        return {};
+    QStringList ids;
+    for (const PortalShortcut& shortcut : qdbus_cast<QList<PortalShortcut>>(arg))
+        ids << shortcut.id;
+    return ids;
+}
+
 void registerPortalShortcutTypes()
 {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
 }
 
-PortalHotKey::PortalHotKey(const QDBusConnection& bus, QObject* parent) : GlobalHotKey(parent), m_bus(bus)
+PortalHotKey::PortalHotKey(const QDBusConnection& bus, const QString& appId, QObject* parent)
+    : GlobalHotKey(parent), m_bus(bus), m_appId(appId)
 {
     registerPortalShortcutTypes();
 }
@@ -107,8 +131,8 @@ void PortalHotKey::callWithRequest(const QString& method, const QVariantList& ar
                 w->deleteLater();
                 const QDBusPendingReply<QDBusObjectPath> reply = *w;
                 if (reply.isError())
-                    return fail(
-                        QStringLiteral("desktop portal %1 failed: %2").arg(method, reply.error().message()));
+                    return fail(QStringLiteral("the desktop portal's %1 failed: %2")
+                                    .arg(method, reply.error().message()));
                 // Older portals choose the request path themselves.
                 const QString path = reply.value().path();
                 if (m_active && path != m_requestPath && m_requestSlot == slot)
@@ -123,9 +147,29 @@ void PortalHotKey::registerKey()
     if (!m_bus.isConnected())
         return fail(QStringLiteral("no D-Bus session bus"));
     m_active = true;
+    if (m_registering)
+        return;
+    // Portals that key shortcuts on the application id take it only before any other call; older
+    // ones have no such interface, and any answer lets the session go ahead.
+    m_registering = true;
+    QDBusMessage call = QDBusMessage::createMethodCall(kPortalService, kPortalPath, kRegistryInterface,
+                                                       QStringLiteral("Register"));
+    call << m_appId << QVariantMap();
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        m_registering = false;
+        if (m_active)
+            createSession();
+    });
+}
+
+void PortalHotKey::createSession()
+{
     const QString token = nextToken();
     const QVariantMap options{{QStringLiteral("handle_token"), token},
-                              {QStringLiteral("session_handle_token"), nextToken()}};
+                              {QStringLiteral("session_handle_token"), nextToken()},
+                              {QStringLiteral("shortcuts"), QVariant::fromValue(wantedShortcuts())}};
     callWithRequest(QStringLiteral("CreateSession"), {options}, token, kSessionCreatedSlot);
 }
 
@@ -144,26 +188,25 @@ void PortalHotKey::onSessionCreated(uint response, const QVariantMap& results)
     }
     m_session = session;
     if (response != 0 || m_session.isEmpty())
-        return fail(QStringLiteral("desktop portal refused a shortcut session (response %1)").arg(response));
+        return fail(
+            QStringLiteral("the desktop portal refused a shortcut session (response %1)").arg(response));
     m_bus.connect(kPortalService, kPortalPath, kGlobalShortcutsInterface, QStringLiteral("Activated"), this,
                   kActivatedSlot);
 
-    const PortalShortcut toggle{kToggleShortcutId,
-                                {{QStringLiteral("description"), QStringLiteral("Show or hide Quillora")},
-                                 {QStringLiteral("preferred_trigger"), QStringLiteral("F11")}}};
     const QString token = nextToken();
     callWithRequest(QStringLiteral("BindShortcuts"),
-                    {QVariant::fromValue(QDBusObjectPath(m_session)),
-                     QVariant::fromValue(QList<PortalShortcut>{toggle}), QString(),
-                     QVariantMap{{QStringLiteral("handle_token"), token}}},
+                    {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wantedShortcuts()),
+                     QString(), QVariantMap{{QStringLiteral("handle_token"), token}}},
                     token, kShortcutsBoundSlot);
 }
 
-void PortalHotKey::onShortcutsBound(uint response, const QVariantMap&)
+void PortalHotKey::onShortcutsBound(uint response, const QVariantMap& results)
 {
     unwatchRequest();
     if (response != 0)
-        fail(QStringLiteral("desktop portal did not bind the shortcut (response %1)").arg(response));
+        fail(QStringLiteral("the desktop portal refused to bind the shortcut (response %1)").arg(response));
+    else if (!boundShortcutIds(results).contains(kToggleShortcutId))
+        fail(QStringLiteral("the desktop portal bound no shortcut for %1").arg(kToggleShortcutId));
 }
 
 void PortalHotKey::onActivated(const QDBusObjectPath& session, const QString& id, qulonglong,

@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QList>
+#include <QStringList>
 #include <QVariantMap>
 
 class QDBusArgument;
@@ -26,16 +27,22 @@ void registerPortalShortcutTypes();
 inline const QString kPortalService = QStringLiteral("org.freedesktop.portal.Desktop");
 inline const QString kPortalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 inline const QString kGlobalShortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+inline const QString kRegistryInterface = QStringLiteral("org.freedesktop.host.portal.Registry");
 inline const QString kToggleShortcutId = QStringLiteral("toggle-window");
 
-// The toggle bound through the desktop portal's GlobalShortcuts (Wayland sessions): a session is
-// created, "toggle-window" is bound with F11 as the preferred trigger, and Activated for it becomes
-// activated(). The key is the compositor's to give; the user may be asked or pick another one.
+// The ids of the shortcuts a portal's `shortcuts` result holds; empty when it holds none or
+// something of another type.
+QStringList boundShortcutIds(const QVariantMap& results);
+
+// The toggle bound through the desktop portal's GlobalShortcuts (Wayland sessions): the application
+// id is registered where the portal asks for it, a session is created, "toggle-window" is bound with
+// F11 as the preferred trigger, and Activated for it becomes activated(). The key is the desktop's to
+// give; the user may be asked or pick another one. A portal that binds nothing makes it unavailable.
 class PortalHotKey : public GlobalHotKey
 {
     Q_OBJECT
 public:
-    explicit PortalHotKey(const QDBusConnection& bus, QObject* parent = nullptr);
+    PortalHotKey(const QDBusConnection& bus, const QString& appId, QObject* parent = nullptr);
     ~PortalHotKey() override;
 
     void registerKey() override;
@@ -50,6 +57,7 @@ private Q_SLOTS:
                      const QVariantMap& options);
 
 private:
+    void createSession();
     QString nextToken();
     QString requestPath(const QString& token) const;
     // Listens for the Response of the request at `path` and makes the call; `slot` receives it.
@@ -60,10 +68,12 @@ private:
     void fail(const QString& reason);
 
     QDBusConnection m_bus;
+    QString m_appId;
     QString m_session;
     QString m_requestPath;
     const char* m_requestSlot = nullptr;
     bool m_active = false;
+    bool m_registering = false;
     bool m_reported = false;
     int m_tokens = 0;
 };
