@@ -112,7 +112,7 @@ private Q_SLOTS:
         const QByteArray cap(kMaxTextBytes, 'a');
         const CommandResult tooLong = cli({"-t", "fr"}, cap + 'a');
         QCOMPARE(std::pair(tooLong.exitCode, tooLong.out + tooLong.err),
-                 std::pair(4, QByteArray("quillora-cli: The text is too long to send (more than 128 KiB); "
+                 std::pair(4, QByteArray("quillora-cli: The text is too long to send (more than 64 KiB); "
                                          "nothing was sent.\n")));
         QVERIFY(m_service.requests().isEmpty());
         QCOMPARE(cli({"-t", "fr"}, cap).exitCode, 0);

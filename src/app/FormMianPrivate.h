@@ -57,7 +57,9 @@ struct FormMian::Private {
     QPlainTextEdit* resultBox = nullptr;
     QPlainTextEdit* phoneticBox = nullptr;
     QPlainTextEdit* dictionaryBox = nullptr;
-    QPlainTextEdit* responseBox = nullptr;
+    // The raw answer: a text held as it came, not a hidden text box, whose layout of a large answer
+    // would hold the window up for seconds.
+    QString response;
     QLabel* fromLabel = nullptr;
     QLabel* intoLabel = nullptr;
     QLabel* addressLabel = nullptr;

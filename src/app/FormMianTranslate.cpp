@@ -208,7 +208,7 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
     }
     const TranslationOutcome& outcome = routed.outcome;
 
-    responseBox->setPlainText(outcome.response);
+    response = outcome.response;
     if (outcome.ok()) {
         setBoxText(resultBox, outcome.result.translation);
         setBoxText(phoneticBox, outcome.result.romanization);

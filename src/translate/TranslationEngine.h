@@ -32,8 +32,9 @@ enum class TranslationFailure {
     TooLong     // more than kMaxTextBytes; nothing was sent
 };
 
-// The longest text sent, in UTF-8 bytes: far more than the service's own 5,000 characters.
-constexpr qsizetype kMaxTextBytes = 128 * 1024;
+// The longest text sent, in UTF-8 bytes: the service's own limit of 5,000 characters is at most
+// 20 KiB of UTF-8.
+constexpr qsizetype kMaxTextBytes = 64 * 1024;
 
 struct TranslationOutcome {
     TranslationFailure failure = TranslationFailure::None;

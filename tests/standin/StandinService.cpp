@@ -126,6 +126,8 @@ QByteArray StandinService::answer(const Request& request) const
     if (form && (m_modes.form == FormMode::Refused || m_modes.form == FormMode::Unavailable))
         return reply(m_modes.form == FormMode::Refused ? 429 : 503, page("Too Many Requests"), "text/html",
                      retryAfter);
+    if (form && !m_modes.formPage.isEmpty())
+        return reply(200, m_modes.formPage);
     if (form && m_modes.form == FormMode::HumanCheck)
         return reply(200, kHumanCheckPage);
     if (form && m_modes.form == FormMode::Sorry)

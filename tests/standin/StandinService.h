@@ -44,6 +44,7 @@ public:
     void setJsonMode(JsonMode mode) { m_modes.json = mode; }
     void setDelayMs(int ms) { m_modes.delayMs = ms; }                           // before every answer
     void setRetryAfter(const QByteArray& value) { m_modes.retryAfter = value; } // on 429 and 503
+    void setFormPage(const QByteArray& page) { m_modes.formPage = page; }       // instead of the made one
     void setFile(const QString& name, const QByteArray& body, const QByteArray& type = "text/plain")
     {
         m_files.insert(name, {type, body});
@@ -78,6 +79,7 @@ private:
         JsonMode json = JsonMode::Ok;
         int delayMs = 0;
         QByteArray retryAfter;
+        QByteArray formPage;
     } m_modes;
 };
 
