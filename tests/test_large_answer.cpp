@@ -1,7 +1,7 @@
+#include "TestSupport.h"
 #include "x11/ClipboardDesk.h"
 #include "x11/PingProbe.h"
 
-#include <QFile>
 #include <QPlainTextEdit>
 #include <QtTest>
 
@@ -10,33 +10,13 @@ using namespace quillora;
 namespace
 {
 
-// Peak resident memory of this process, in MiB.
 double peakMiB()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').value(0).toDouble() / 1024;
-    return -1;
-}
-
-// The old result page with sentence spans, romanization and dictionary, just under `size` bytes.
-QByteArray formPage(qsizetype size)
-{
-    const QByteArray span =
-        "<span title=\"The weather is nice today.\" onmouseover=\"this.style.backgroundColor="
-        "'#ebeff9'\" onmouseout=\"this.style.backgroundColor='#fff'\">Il fait beau aujourd'hui. "
-        "</span>";
-    const QByteArray tail =
-        "</span></div><div id=res-translit class=translit dir=ltr style=\"text-align:\">"
-        "il fe bo</div><h3>Dictionary</h3><ol><li>phrase<div><div>beau</div></div></li></ol>"
-        "</body></html>";
-    QByteArray page = "<html><body><div id=result_box>";
-    while (page.size() + span.size() + tail.size() < size)
-        page += span;
-    return page + tail;
+    static const QRegularExpression hwm(QStringLiteral("VmHWM:\\s*(\\d+)"));
+    return hwm.match(QString::fromLatin1(test::readFile(QStringLiteral("/proc/self/status"))))
+               .captured(1)
+               .toDouble() /
+           1024;
 }
 
 } // namespace
@@ -50,8 +30,11 @@ private Q_SLOTS:
     void capSizedAnswerKeepsTheWindowAnswering()
     {
         test::ClipboardDesk desk({});
-        const QByteArray page = formPage(HttpClient::kDefaultMaxBytes);
-        desk.service().setFormPage(page);
+        // Sentence spans up to the cap.
+        const QByteArray span =
+            "<span onmouseout=\"this.style.backgroundColor='#fff'\">Il fait beau aujourd'hui. </span>";
+        desk.service().setFormPage("<div>" + span.repeated(HttpClient::kDefaultMaxBytes / span.size() - 1) +
+                                   "</div>");
         FormMian& window = desk.window();
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));

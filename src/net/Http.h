@@ -35,7 +35,7 @@ class HttpClient : public QObject
 public:
     static constexpr int kDefaultTimeoutMs = 30000;
     // The service answers a text of 5,000 characters in well under 1 MiB.
-    static constexpr qint64 kDefaultMaxBytes = 1024 * 1024;
+    static constexpr qint64 kDefaultMaxBytes = 512 * 1024;
     static constexpr int kMaxRedirects = 5;
 
     explicit HttpClient(QObject* parent = nullptr);
