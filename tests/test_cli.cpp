@@ -102,18 +102,16 @@ private Q_SLOTS:
             QVERIFY2(r.exitCode == 2 && r.out.isEmpty() && r.err.contains("Usage: quillora-cli"),
                      qPrintable(arguments.join(' ') + ": " + r.err));
         }
-        const CommandResult offline = cli({"-t", "fr", "hello"}, {}, "http://127.0.0.1:1");
-        QCOMPARE(offline.out + offline.err, "quillora-cli: Could not reach the translation service.\n");
-        const CommandResult blank = cli({"-t", "fr"}, "   ");
-        QCOMPARE(std::pair(offline.exitCode, blank.exitCode), std::pair(1, 1));
-        QCOMPARE(blank.out + blank.err, "quillora-cli: Nothing to translate.\n");
-        QVERIFY(m_service.requests().isEmpty());
-        // More than the cap on standard input: its own code, nothing sent; the cap itself is sent.
+        // Failures: a reason and a code of their own; more than the cap is not even read whole.
         const QByteArray cap(kMaxTextBytes, 'a');
-        const CommandResult tooLong = cli({"-t", "fr"}, cap + 'a');
-        QCOMPARE(std::pair(tooLong.exitCode, tooLong.out + tooLong.err),
-                 std::pair(4, QByteArray("quillora-cli: The text is too long to send (more than 64 KiB); "
-                                         "nothing was sent.\n")));
+        const QList<std::tuple<QByteArray, QString, int, QByteArray>> failures{
+            {"hello", "http://127.0.0.1:1", 1, "Could not reach the translation service."},
+            {"   ", {}, 1, "Nothing to translate."},
+            {cap + 'a', {}, 4, "The text is too long to send (more than 64 KiB); nothing was sent."}};
+        for (const auto& [input, base, code, reason] : failures) {
+            const CommandResult r = cli({"-t", "fr"}, input, base);
+            QCOMPARE(std::pair(r.exitCode, r.out + r.err), std::pair(code, "quillora-cli: " + reason + '\n'));
+        }
         QVERIFY(m_service.requests().isEmpty());
         QCOMPARE(cli({"-t", "fr"}, cap).exitCode, 0);
     }
@@ -127,12 +125,9 @@ private Q_SLOTS:
             localTimeText(QDateTime::currentDateTimeUtc().addSecs(3600), QDateTime::currentDateTime());
         for (int run = 0; run < 2; ++run) {
             const CommandResult refused = cli({"--engine", "service", "hello"});
-            QCOMPARE(refused.exitCode, 3);
-            QVERIFY2(
-                refused.err.startsWith("quillora-cli: The translation service is refusing requests for now "
-                                       "(too many requests). It will not be asked again before ") &&
-                    refused.err.contains(until.left(5).toUtf8()),
-                refused.err.constData());
+            QVERIFY2(refused.exitCode == 3 &&
+                         refused.err.contains("not be asked again before " + until.left(5).toUtf8()),
+                     refused.err.constData());
         }
         QCOMPARE(m_service.requests().size(), 2); // the form and the JSON interface, once
     }

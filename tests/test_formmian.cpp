@@ -559,14 +559,15 @@ private Q_SLOTS:
         w.sourceBox()->setPlainText(u"hello"_s);
         w.resultBox()->setPlainText(u"old"_s);
         rig->service.setRetryAfter("3600");
-        const QString until =
-            localTimeText(QDateTime::currentDateTimeUtc().addSecs(3600), QDateTime::currentDateTime());
-        w.jcbuttonClick(kTranslate);
         // Said with the time of the next request; the service is not asked again before it.
+        const auto said = [] {
+            const QDateTime now = QDateTime::currentDateTime();
+            return StringTable::text(1000 + MsgRefusedUntil).arg(localTimeText(now.addSecs(3600), now));
+        };
+        const QString before = said();
+        w.jcbuttonClick(kTranslate);
         const QString refused = w.statusMessage();
-        QVERIFY2(refused.startsWith(StringTable::text(1000 + MsgRefusedUntil).section(u'%', 0, 0)) &&
-                     refused.contains(until.left(5)),
-                 qPrintable(refused));
+        QVERIFY2(refused == before || refused == said(), qPrintable(refused));
         QCOMPARE(boxes(w), u"hello|||"_s);
         QVERIFY(rig->notices.isEmpty());
         rig->service.setFormMode(StandinService::FormMode::Legacy);

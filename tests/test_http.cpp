@@ -1,6 +1,5 @@
 #include "TestSupport.h"
 #include "app/LocaleChoice.h"
-#include "net/Connectivity.h"
 #include "net/Http.h"
 #include "standin/StandinService.h"
 
@@ -128,15 +127,6 @@ private Q_SLOTS:
         const HttpReply trusted = HttpClient().get(url);
         QSslConfiguration::setDefaultConfiguration(saved);
         QCOMPARE(trusted.body, QByteArray("secret"));
-    }
-
-    void connectivityRule()
-    {
-        using R = QNetworkInformation::Reachability;
-        QVERIFY(connectivityVerdict(R::Online, false) && connectivityVerdict(R::Site, false));
-        QVERIFY(!connectivityVerdict(R::Disconnected, true) && !connectivityVerdict(R::Local, true));
-        QVERIFY(connectivityVerdict(R::Unknown, true) && !connectivityVerdict(R::Unknown, false));
-        QVERIFY(connectivityVerdict(std::nullopt, true) && !connectivityVerdict(std::nullopt, false));
     }
 
     void getUrlText()

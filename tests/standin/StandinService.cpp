@@ -123,9 +123,8 @@ QByteArray StandinService::answer(const Request& request) const
     const QString translation = translate(text, target);
     const QByteArray retryAfter =
         m_modes.retryAfter.isEmpty() ? QByteArray() : "Retry-After: " + m_modes.retryAfter + "\r\n";
-    if (form && (m_modes.form == FormMode::Refused || m_modes.form == FormMode::Unavailable))
-        return reply(m_modes.form == FormMode::Refused ? 429 : 503, page("Too Many Requests"), "text/html",
-                     retryAfter);
+    if (form && m_modes.form == FormMode::Refused)
+        return reply(429, page("429 Too Many Requests"), "text/html", retryAfter);
     if (form && !m_modes.formPage.isEmpty())
         return reply(200, m_modes.formPage);
     if (form && m_modes.form == FormMode::HumanCheck)

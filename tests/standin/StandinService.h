@@ -24,9 +24,9 @@ class StandinService : public QObject
 {
     Q_OBJECT
 public:
-    // The old page with all three parts, a page without its markers, 200 with no body, 429, 503, the
+    // The old page with all three parts, a page without its markers, 200 with no body, 429, the
     // "unusual traffic" page with 200, a redirect to that page under /sorry/.
-    enum class FormMode { Legacy, Changed, Empty, Refused, Unavailable, HumanCheck, Sorry };
+    enum class FormMode { Legacy, Changed, Empty, Refused, HumanCheck, Sorry };
     enum class JsonMode { Ok, TooManyRequests, Unavailable, Html };
     struct Request {
         QByteArray method, target, body;      // target: path and query as sent
