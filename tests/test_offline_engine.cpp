@@ -180,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(cli({"--engine", "service", "-s", "en", "-t", "es", kEnglish}).exitCode, 3);
         QCOMPARE(m_service.requests().size(), 1);
         const test::CommandResult slow =
-            cli({"--engine", "offline", "--timeout", "1", "-s", "en", "-t", "es", kEnglish.repeated(1500)});
+            cli({"--engine", "offline", "--timeout", "1", "-s", "en", "-t", "es", kEnglish.repeated(1000)});
         QCOMPARE(slow.err, "quillora-cli: The offline engine (Apertium) did not answer in time.\n");
 
         const test::CommandResult uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
