@@ -23,11 +23,6 @@ private:
     }
     int posts() const { return m_service.count("POST", "/"); }
     QDateTime m_now;
-    // Every engine of a test shares this clock and, through the cache folder, the time to wait.
-    void useClock(TranslationEngine& engine)
-    {
-        engine.backoff().setClock([this] { return m_now; });
-    }
     int jsonGets() const { return m_service.count("GET", "/translate_a/single"); }
 
 private Q_SLOTS:
@@ -67,7 +62,7 @@ private Q_SLOTS:
     {
         m_service.setFormMode(Form::Changed);
         TranslationEngine engine(addresses());
-        useClock(engine);
+        engine.backoff().setClock([this] { return m_now; });
         QCOMPARE(engine.translate(request("hello world")).result,
                  (TranslationResult{"bonjour monde", "/bonjour monde/", "phrase:\r\n1. bonjour monde\r\n"}));
         QVERIFY(engine.formSkipped());
@@ -103,7 +98,7 @@ private Q_SLOTS:
             m_service.setFormMode(form);
             m_service.setJsonMode(json);
             TranslationEngine engine(addresses());
-            useClock(engine);
+            engine.backoff().setClock([this] { return m_now; });
             const TranslationOutcome outcome = engine.translate(request("hello"));
             QCOMPARE(outcome.failure, failure);
             QCOMPARE(outcome.result, TranslationResult());
@@ -123,7 +118,7 @@ private Q_SLOTS:
         m_service.setFormMode(Form::Refused);
         m_service.setRetryAfter("3600");
         TranslationEngine engine(addresses());
-        useClock(engine);
+        engine.backoff().setClock([this] { return m_now; });
         const QDateTime asked = m_now.addSecs(3600);
         QCOMPARE(engine.translate(request("hello")).retryAt, asked);
         // A later click sends nothing; without a Retry-After the pause doubles up to ten minutes.
@@ -169,10 +164,8 @@ private Q_SLOTS:
         engine.http().setTimeoutMs(100);
         QCOMPARE(engine.translate(request("hello")).failure, Failure::TimedOut);
         QVERIFY(!engine.busy() && !engine.formSkipped() && jsonGets() == 0);
-        const Failure offline = TranslationEngine({"http://127.0.0.1:1", "http://127.0.0.1:1", "gtx", {}})
-                                    .translate(request("hello"))
-                                    .failure;
-        QCOMPARE(offline, Failure::Network);
+        TranslationEngine nobody({"http://127.0.0.1:1", "http://127.0.0.1:1", "gtx", {}});
+        QCOMPARE(nobody.translate(request("hello")).failure, Failure::Network);
     }
 };
 

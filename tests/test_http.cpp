@@ -86,11 +86,9 @@ private Q_SLOTS:
         for (const char* tooMany : {"/redirect/6", "/redirect/loop"}) {
             m_service.clearRequests();
             QCOMPARE(client.get(QUrl(m_service.baseUrl() + tooMany)).outcome, HttpReply::TooManyRedirects);
-            QSet<QByteArray> targets;
-            for (const auto& r : m_service.requests())
-                targets.insert(r.target);
-            QVERIFY(m_service.requests().size() <= 2 * (HttpClient::kMaxRedirects + 1));
-            QCOMPARE(targets.size(), tooMany[10] == '6' ? HttpClient::kMaxRedirects + 1 : 1);
+            const qsizetype sent = m_service.requests().size();
+            QVERIFY2(sent > HttpClient::kMaxRedirects && sent <= 2 * (HttpClient::kMaxRedirects + 1),
+                     tooMany);
         }
     }
 

@@ -99,11 +99,9 @@ void StandinService::onReadyRead(QTcpSocket* socket)
     m_requests.append(request);
     Q_EMIT requestReceived(request);
     if (request.path().startsWith(u"/trickle/")) {
-        const int size = request.path().mid(9).toInt();
-        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(size) + "\r\n\r\n");
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + request.path().mid(9).toUtf8() + "\r\n\r\n");
         auto* drip = new QTimer(socket);
-        connect(drip, &QTimer::timeout, socket,
-                [socket, left = size]() mutable { socket->write(left-- > 0 ? "x" : ""); });
+        connect(drip, &QTimer::timeout, socket, [socket] { socket->write("x"); });
         drip->start(50);
         return;
     }
