@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 #include "app/Settings.h"
 #include "standin/StandinService.h"
+#include "translate/TranslationEngine.h"
 
 #include <QtTest>
 
@@ -41,7 +42,11 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config.path())); // for this process and quillora-cli
     }
 
-    void init() { m_service.reset(); }
+    void init()
+    {
+        m_service.reset();
+        QFile::remove(ServiceBackoff::defaultFilePath());
+    }
 
     void translatesAgainstTheStandinProgram()
     {
@@ -81,6 +86,9 @@ private Q_SLOTS:
         settings.setOptions({1, 19, 1, 1, 15, 1, 1});
         QCOMPARE(cli({"--hl", "de", "hello"}).exitCode, 0);
         QCOMPARE(lastBody(), "prev=hp&hl=de&ie=UTF-8&js=y&text=hello&file=&sl=&tl=fr");
+        // Codes in any case; "he" is the catalogue's "iw".
+        QCOMPARE(cli({"-s", "He", "-t", "ZH-cn", "--hl", "EN", "shalom"}).exitCode, 0);
+        QCOMPARE(lastBody(), "prev=hp&hl=en&ie=UTF-8&js=y&text=shalom&file=&sl=iw&tl=zh-CN");
         QVERIFY(QFile::remove(settings.filePath()));
     }
 
@@ -88,22 +96,40 @@ private Q_SLOTS:
     {
         // Usage errors exit with 2 and send nothing; failures exit with 1 and a reason.
         const QList<QStringList> cases{
-            {"-t", "xx", "hi"}, {"-t", "auto", "hi"}, {"--hl", "EN", "hi"}, {"--bogus", "hi"}, {"-t"}};
+            {"-t", "xx", "hi"}, {"-t", "auto", "hi"}, {"--bogus", "hi"}, {"-t"}, {"--timeout", "0", "hi"}};
         for (const QStringList& arguments : cases) {
             const CommandResult r = cli(arguments);
             QVERIFY2(r.exitCode == 2 && r.out.isEmpty() && r.err.contains("Usage: quillora-cli"),
                      qPrintable(arguments.join(' ') + ": " + r.err));
         }
-        const CommandResult offline = cli({"-t", "fr", "hello"}, {}, "http://127.0.0.1:1");
-        QCOMPARE(offline.out + offline.err, "quillora-cli: Could not reach the translation service.\n");
-        const CommandResult blank = cli({"-t", "fr"}, "   ");
-        QCOMPARE(std::pair(offline.exitCode, blank.exitCode), std::pair(1, 1));
-        QCOMPARE(blank.out + blank.err, "quillora-cli: Nothing to translate.\n");
+        // Failures: a reason and a code of their own; more than the cap is not even read whole.
+        const QByteArray cap(kMaxTextBytes, 'a');
+        const QList<std::tuple<QByteArray, QString, int, QByteArray>> failures{
+            {"hello", "http://127.0.0.1:1", 1, "Could not reach the translation service."},
+            {"   ", {}, 1, "Nothing to translate."},
+            {cap + 'a', {}, 4, "The text is too long to send (more than 64 KiB); nothing was sent."}};
+        for (const auto& [input, base, code, reason] : failures) {
+            const CommandResult r = cli({"-t", "fr"}, input, base);
+            QCOMPARE(std::pair(r.exitCode, r.out + r.err), std::pair(code, "quillora-cli: " + reason + '\n'));
+        }
         QVERIFY(m_service.requests().isEmpty());
+        QCOMPARE(cli({"-t", "fr"}, cap).exitCode, 0);
+    }
+
+    void refusedServiceIsNotAskedByTheNextRun()
+    {
         m_service.setFormMode(StandinService::FormMode::Changed);
         m_service.setJsonMode(StandinService::JsonMode::TooManyRequests);
-        const CommandResult refused = cli({"hello"});
-        QVERIFY(refused.exitCode == 1 && refused.err.contains("refusing requests"));
+        m_service.setRetryAfter("3600");
+        const QString until =
+            localTimeText(QDateTime::currentDateTimeUtc().addSecs(3600), QDateTime::currentDateTime());
+        for (int run = 0; run < 2; ++run) {
+            const CommandResult refused = cli({"--engine", "service", "hello"});
+            QVERIFY2(refused.exitCode == 3 &&
+                         refused.err.contains("not be asked again before " + until.left(5).toUtf8()),
+                     refused.err.constData());
+        }
+        QCOMPARE(m_service.requests().size(), 2); // the form and the JSON interface, once
     }
 };
 

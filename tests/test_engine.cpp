@@ -22,11 +22,17 @@ private:
         return {text, source, "fr", "en"};
     }
     int posts() const { return m_service.count("POST", "/"); }
+    QDateTime m_now;
     int jsonGets() const { return m_service.count("GET", "/translate_a/single"); }
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.listen()); }
-    void init() { m_service.reset(); }
+    void init()
+    {
+        m_service.reset();
+        m_now = QDateTime(QDate(2026, 11, 23), QTime(21, 0), QTimeZone::utc());
+        QFile::remove(ServiceBackoff::defaultFilePath());
+    }
 
     void oldPageAndTheFormAsSent()
     {
@@ -49,49 +55,104 @@ private Q_SLOTS:
         const auto& sent = m_service.requests().constLast();
         QCOMPARE(sent.body, "prev=hp&hl=en&ie=UTF-8&js=y&text=hello <world>\r\na%26b a+b&file=&sl=en&tl=fr");
         QCOMPARE(sent.target + ' ' + sent.header("Content-Type"), "/ application/x-www-form-urlencoded");
-        QVERIFY(!engine.formAbandoned() && jsonGets() == 0);
+        QVERIFY(!engine.formSkipped() && jsonGets() == 0);
     }
 
-    void changedPageFallsBackToJsonOnce()
+    void changedPageFallsBackToJsonForAWhile()
     {
         m_service.setFormMode(Form::Changed);
         TranslationEngine engine(addresses());
+        engine.backoff().setClock([this] { return m_now; });
         QCOMPARE(engine.translate(request("hello world")).result,
                  (TranslationResult{"bonjour monde", "/bonjour monde/", "phrase:\r\n1. bonjour monde\r\n"}));
-        QVERIFY(engine.formAbandoned());
+        QVERIFY(engine.formSkipped());
         const QUrlQuery query = m_service.requests().last().query();
         QCOMPARE(query.queryItemValue("q", QUrl::FullyDecoded) + '|' + query.queryItemValue("sl"),
                  "hello world|auto");
-        // Even with the old page back, the form stays skipped for this engine; a new one tries it again.
+        // With the old page back, the form stays skipped for a number of requests or for some minutes.
         m_service.setFormMode(Form::Legacy);
         QCOMPARE(engine.translate(request("a&b", "en")).result.translation, QStringLiteral("A&B"));
         QCOMPARE(m_service.requests().last().query().queryItemValue("sl"), QStringLiteral("en"));
-        QCOMPARE(std::pair(posts(), jsonGets()), std::pair(1, 2));
-        QVERIFY(TranslationEngine(addresses()).translate(request("cat")).ok());
+        for (int i = 1; i < TranslationEngine::kFormRetryRequests; ++i)
+            engine.translate(request("cat"));
+        QCOMPARE(std::pair(posts(), jsonGets()), std::pair(1, 1 + TranslationEngine::kFormRetryRequests));
+        QVERIFY(!engine.formSkipped() && engine.translate(request("cat")).ok());
         QCOMPARE(posts(), 2);
+        m_service.setFormMode(Form::Changed);
+        engine.translate(request("cat"));
+        m_now = m_now.addSecs(TranslationEngine::kFormRetryMinutes * 60);
+        QVERIFY(!engine.formSkipped());
     }
 
     void refusalsAndBadAnswers()
     {
         for (const auto& [form, json, failure] :
              {std::tuple(Form::Refused, Json::Ok, Failure::Refused),
+              std::tuple(Form::HumanCheck, Json::Ok, Failure::HumanCheck),
+              std::tuple(Form::Sorry, Json::Ok, Failure::HumanCheck),
               std::tuple(Form::Empty, Json::Ok, Failure::Empty),
               std::tuple(Form::Changed, Json::TooManyRequests, Failure::Refused),
               std::tuple(Form::Changed, Json::Unavailable, Failure::Refused),
               std::tuple(Form::Changed, Json::Html, Failure::BadAnswer)}) {
-            m_service.reset();
+            init();
             m_service.setFormMode(form);
             m_service.setJsonMode(json);
             TranslationEngine engine(addresses());
+            engine.backoff().setClock([this] { return m_now; });
             const TranslationOutcome outcome = engine.translate(request("hello"));
             QCOMPARE(outcome.failure, failure);
             QCOMPARE(outcome.result, TranslationResult());
-            // Only a changed page leads to JSON, and only then is the form left for good.
+            // Refusals and the person check hold the next request back; only a changed page leads to JSON.
+            const bool refused = failure == Failure::Refused || failure == Failure::HumanCheck;
+            QCOMPARE(outcome.retryAt, refused ? m_now.addSecs(30) : QDateTime());
             QCOMPARE(jsonGets(), form == Form::Changed ? 1 : 0);
             m_service.reset();
+            m_now = m_now.addSecs(30);
             QCOMPARE(engine.translate(request("hello")).result.translation, QStringLiteral("bonjour"));
             QCOMPARE(posts(), form == Form::Changed ? 0 : 1); // counted since the reset
         }
+    }
+
+    void refusedServiceIsNotAskedBeforeItsTime()
+    {
+        m_service.setFormMode(Form::Refused);
+        m_service.setRetryAfter("3600");
+        TranslationEngine engine(addresses());
+        engine.backoff().setClock([this] { return m_now; });
+        const QDateTime asked = m_now.addSecs(3600);
+        QCOMPARE(engine.translate(request("hello")).retryAt, asked);
+        // A later click sends nothing; without a Retry-After the pause doubles up to ten minutes.
+        m_now = asked.addSecs(-1);
+        QCOMPARE(engine.translate(request("hello")).retryAt, asked);
+        m_service.setRetryAfter({});
+        for (int pause : {60, 120, 240, 480, 600, 600}) {
+            m_now = engine.backoff().notBefore();
+            QCOMPARE(m_now.secsTo(engine.translate(request("hello")).retryAt), pause);
+        }
+        QCOMPARE(posts(), 7);
+        // An answer starts the pauses again from the shortest.
+        m_now = engine.backoff().notBefore();
+        m_service.setFormMode(Form::Legacy);
+        QVERIFY(engine.translate(request("hello")).ok());
+        m_service.setFormMode(Form::Refused);
+        QCOMPARE(m_now.secsTo(engine.translate(request("hello")).retryAt), 30);
+    }
+
+    void retryAfterValues()
+    {
+        const QDateTime now(QDate(1994, 11, 6), QTime(8, 49, 0), QTimeZone::utc());
+        const QList<std::pair<QByteArray, std::optional<qint64>>> rows{
+            {"120", 120},
+            {" 7 ", 7},
+            {"Sun, 06 Nov 1994 08:49:37 GMT", 37},
+            {"Sun, 06 Nov 1994 08:48:00 GMT", 0},
+            {"99999999999999999999999", ServiceBackoff::kLongestWaitSecs},
+            {"", std::nullopt},
+            {"-5", std::nullopt},
+            {"soon", std::nullopt},
+            {"Sun, 06 Nov 1994 08:49:37", std::nullopt}};
+        for (const auto& [value, seconds] : rows)
+            QVERIFY2(parseRetryAfter(value, now) == seconds, value.constData());
     }
 
     void transportFailures()
@@ -102,12 +163,9 @@ private Q_SLOTS:
         QCOMPARE(engine.translate(request("hello")).failure, Failure::Cancelled);
         engine.http().setTimeoutMs(100);
         QCOMPARE(engine.translate(request("hello")).failure, Failure::TimedOut);
-        QVERIFY(!engine.busy() && !engine.formAbandoned() && jsonGets() == 0);
-        const Failure offline = TranslationEngine({"http://127.0.0.1:1", "http://127.0.0.1:1", "gtx", {}})
-                                    .translate(request("hello"))
-                                    .failure;
-        QCOMPARE(offline, Failure::Network);
-        QCOMPARE(failureStatusOffset(offline), int(MsgNetworkFailed));
+        QVERIFY(!engine.busy() && !engine.formSkipped() && jsonGets() == 0);
+        TranslationEngine nobody({"http://127.0.0.1:1", "http://127.0.0.1:1", "gtx", {}});
+        QCOMPARE(nobody.translate(request("hello")).failure, Failure::Network);
     }
 };
 

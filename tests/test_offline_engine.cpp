@@ -58,6 +58,7 @@ private Q_SLOTS:
     {
         QVERIFY(m_service.listen());
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config.path()));
+        QFile::remove(ServiceBackoff::defaultFilePath()); // a wait left by an earlier run
     }
 
     void pairsFromModeNames_data()
@@ -175,8 +176,12 @@ private Q_SLOTS:
         QCOMPARE(fallback.err, "quillora-cli: translated offline by Apertium eng-spa\n");
         const test::CommandResult json = cli({"--json", "-t", "es", kEnglish});
         QCOMPARE(QJsonDocument::fromJson(json.out).object().value("engine").toString(), "Apertium eng-spa");
-        QCOMPARE(cli({"--engine", "service", "-s", "en", "-t", "es", kEnglish}).exitCode, 1);
-        QCOMPARE(m_service.requests().size(), 3);
+        // The refusal holds later runs back: nothing more is sent.
+        QCOMPARE(cli({"--engine", "service", "-s", "en", "-t", "es", kEnglish}).exitCode, 3);
+        QCOMPARE(m_service.requests().size(), 1);
+        const test::CommandResult slow =
+            cli({"--engine", "offline", "--timeout", "1", "-s", "en", "-t", "es", kEnglish.repeated(1000)});
+        QCOMPARE(slow.err, "quillora-cli: The offline engine (Apertium) did not answer in time.\n");
 
         const test::CommandResult uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
         QCOMPARE(uncovered.exitCode, 1);

@@ -207,9 +207,9 @@ QPlainTextEdit* FormMian::dictionaryBox() const
 {
     return d->dictionaryBox;
 }
-QPlainTextEdit* FormMian::responseBox() const
+const QString& FormMian::response() const
 {
-    return d->responseBox;
+    return d->response;
 }
 QComboBox* FormMian::combo1() const
 {

@@ -86,9 +86,9 @@ public:
     QPlainTextEdit* resultBox() const;
     QPlainTextEdit* phoneticBox() const;
     QPlainTextEdit* dictionaryBox() const;
-    QComboBox* combo1() const;           // target
-    QComboBox* combo2() const;           // source
-    QPlainTextEdit* responseBox() const; // the raw answer, hidden
+    QComboBox* combo1() const;       // target
+    QComboBox* combo2() const;       // source
+    const QString& response() const; // the raw answer, shown nowhere
     QAbstractButton* jcbutton(int index) const;
     QAbstractButton* speakerButton(int slot) const; // 0 translation, 1 source
     QCheckBox* check1() const;                      // "Show phonetically"

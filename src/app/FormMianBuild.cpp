@@ -94,10 +94,6 @@ void FormMian::Private::buildWidgets()
     resultBox = createTextBox(Pic1, kResultRect, QStringLiteral("Translation"));
     phoneticBox = createTextBox(Pic1, kPhoneticRect, QStringLiteral("Romanization"));
     dictionaryBox = createTextBox(Pic1, kDictionaryRect, QStringLiteral("Dictionary"));
-    responseBox = new QPlainTextEdit(Pic1);
-    responseBox->setObjectName(QStringLiteral("responseBox"));
-    responseBox->setReadOnly(true);
-    responseBox->hide();
 
     buildPickerBand();
 

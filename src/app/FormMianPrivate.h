@@ -57,7 +57,9 @@ struct FormMian::Private {
     QPlainTextEdit* resultBox = nullptr;
     QPlainTextEdit* phoneticBox = nullptr;
     QPlainTextEdit* dictionaryBox = nullptr;
-    QPlainTextEdit* responseBox = nullptr;
+    // The raw answer: a text held as it came, not a hidden text box, whose layout of a large answer
+    // would hold the window up for seconds.
+    QString response;
     QLabel* fromLabel = nullptr;
     QLabel* intoLabel = nullptr;
     QLabel* addressLabel = nullptr;
@@ -136,6 +138,7 @@ struct FormMian::Private {
     void fanYi(bool autoCopyFlag, EngineChoice choice = EngineChoice::Auto);
     // Without a connection: whether an installed offline pair covers the source text and languages.
     bool offlineCovers();
+    QString failureStatus(const TranslationOutcome& outcome, bool offline) const;
     void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
     void storeHistory();
     void showSpeaker(int slot, bool shown, const SpokenText& text);

@@ -33,6 +33,22 @@ constexpr int kMaxRememberedAddresses = 10;
 
 } // namespace
 
+QString FormMian::Private::failureStatus(const TranslationOutcome& outcome, bool offline) const
+{
+    const QString message = text(failureStatusOffset(outcome, offline));
+    switch (outcome.failure) {
+    case TranslationFailure::Refused:
+    case TranslationFailure::HumanCheck:
+        if (!outcome.retryAt.isValid())
+            return message;
+        return message.arg(localTimeText(outcome.retryAt, QDateTime::currentDateTime()));
+    case TranslationFailure::TooLong:
+        return message.arg(kMaxTextBytes / 1024);
+    default:
+        return message;
+    }
+}
+
 void FormMian::jcbuttonClick(int index)
 {
     if (d->Translating)
@@ -200,7 +216,7 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
     }
     const TranslationOutcome& outcome = routed.outcome;
 
-    responseBox->setPlainText(outcome.response);
+    response = outcome.response;
     if (outcome.ok()) {
         setBoxText(resultBox, outcome.result.translation);
         setBoxText(phoneticBox, outcome.result.romanization);
@@ -212,7 +228,7 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
     } else {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
             box->clear();
-        q->setStatusMessage(text(failureStatusOffset(outcome.failure)));
+        q->setStatusMessage(failureStatus(outcome, routed.offlinePair.has_value()));
     }
 
     QString sentText = source;

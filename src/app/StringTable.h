@@ -23,7 +23,11 @@ enum StatusOffset {
     MsgClipboardTooLarge = 212, // a copy over the cap, %1 in KB
     MsgHotKeyOff = 213,         // the desktop gave no global key (a portal that bound nothing or failed)
     MsgWithReason = 214,        // "%1" a sentence, "%2" the system's reason for it
-    MsgSettingsNotSaved = 215   // the settings could not be stored, %1 the system's reason
+    MsgSettingsNotSaved = 215,  // the settings could not be stored, %1 the system's reason
+    MsgRefusedUntil = 216,      // the service refused; asked again at %1
+    MsgHumanCheck = 217,        // the service wants a person; asked again at %1
+    MsgOfflineTimedOut = 218,   // Apertium did not answer within the time limit
+    MsgTextTooLong = 219        // more than %1 KiB of text; nothing sent
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.

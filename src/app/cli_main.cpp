@@ -16,7 +16,7 @@ using namespace quillora;
 namespace
 {
 
-enum ExitCode { ExitTranslated = 0, ExitNothing = 1, ExitUsage = 2 };
+enum ExitCode { ExitTranslated = 0, ExitNothing = 1, ExitUsage = 2, ExitRefused = 3, ExitTooLong = 4 };
 
 void write(FILE* stream, const QString& text)
 {
@@ -27,22 +27,70 @@ void write(FILE* stream, const QString& text)
 int usageError(const QString& message)
 {
     write(stderr, QStringLiteral("quillora-cli: %1\nUsage: quillora-cli [-s CODE] [-t CODE] [--hl CODE] "
-                                 "[--engine service|offline|auto] [--json] [TEXT ...] | --list-offline\n")
+                                 "[--engine service|offline|auto] [--timeout SECONDS] [--json] [TEXT ...] | "
+                                 "--list-offline\n")
                       .arg(message));
     return ExitUsage;
 }
 
-// A catalogue code as typed; "auto" and "" mean detection where allowed. False when unknown.
+// A catalogue code as typed, in any case; "he" is the catalogue's "iw"; "auto" and "" mean detection
+// where allowed. False when unknown.
 bool resolveCode(const QString& typed, bool detectionAllowed, QString* code)
 {
-    if (detectionAllowed && (typed.isEmpty() || typed == QLatin1String("auto"))) {
+    if (detectionAllowed &&
+        (typed.isEmpty() || typed.compare(QLatin1String("auto"), Qt::CaseInsensitive) == 0)) {
         code->clear();
         return true;
     }
-    if (languageIndexForCode(typed) < 0)
-        return false;
-    *code = typed;
-    return true;
+    const QString wanted =
+        typed.compare(QLatin1String("he"), Qt::CaseInsensitive) == 0 ? QStringLiteral("iw") : typed;
+    for (int index = 0; index < kLanguageCount; ++index) {
+        if (LanguageCode(index).compare(wanted, Qt::CaseInsensitive) == 0) {
+            *code = LanguageCode(index);
+            return true;
+        }
+    }
+    return false;
+}
+
+// Standard input up to one byte over the cap: a larger text is refused without reading it all.
+bool readBounded(QFile& in, QByteArray* text)
+{
+    while (text->size() <= kMaxTextBytes) {
+        const QByteArray chunk = in.read(kMaxTextBytes + 1 - text->size());
+        if (chunk.isEmpty())
+            break;
+        text->append(chunk);
+    }
+    return text->size() <= kMaxTextBytes;
+}
+
+int failureExitCode(TranslationFailure failure)
+{
+    switch (failure) {
+    case TranslationFailure::Refused:
+    case TranslationFailure::HumanCheck:
+        return ExitRefused;
+    case TranslationFailure::TooLong:
+        return ExitTooLong;
+    default:
+        return ExitNothing;
+    }
+}
+
+QString failureMessage(const TranslationRequest& request, const RoutedOutcome& routed, EngineChoice choice)
+{
+    const TranslationOutcome& outcome = routed.outcome;
+    if (choice == EngineChoice::Offline && !routed.offlinePair &&
+        outcome.failure != TranslationFailure::NothingToTranslate)
+        return QStringLiteral(
+                   "No installed Apertium pair translates this text into \"%1\" (see --list-offline).")
+            .arg(request.targetCode);
+    QString message = failureReasonText(outcome.failure, routed.offlinePair.has_value());
+    if (outcome.retryAt.isValid())
+        message += QStringLiteral(" It will not be asked again before %1.")
+                       .arg(localTimeText(outcome.retryAt, QDateTime::currentDateTime()));
+    return message;
 }
 
 int optionField(const ParsedOptions& stored, OptionField field)
@@ -132,8 +180,12 @@ int main(int argc, char** argv)
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Translates TEXT (or standard input) with the service the Quillora window uses.\n"
-                       "Languages default to the window's stored options."));
+        QStringLiteral(
+            "Translates TEXT (or standard input, at most %1 KiB) with the service the Quillora window "
+            "uses.\nLanguages default to the window's stored options.\n"
+            "Exit status: 0 translated, 1 nothing came back, 2 usage error, 3 the service refuses\n"
+            "for now (asked again only after the time it named), 4 the text is too long.")
+            .arg(kMaxTextBytes / 1024));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption sourceOption({QStringLiteral("s"), QStringLiteral("source")},
@@ -151,9 +203,14 @@ int main(int argc, char** argv)
             "service, offline (installed Apertium pairs) or auto: the service, and an installed pair "
             "when it refuses or fails (default)."),
         QStringLiteral("ENGINE"), QStringLiteral("auto"));
+    const QCommandLineOption timeoutOption(
+        QStringLiteral("timeout"),
+        QStringLiteral("Give up after SECONDS (default %1).").arg(HttpClient::kDefaultTimeoutMs / 1000),
+        QStringLiteral("SECONDS"), QString::number(HttpClient::kDefaultTimeoutMs / 1000));
     const QCommandLineOption listOfflineOption(QStringLiteral("list-offline"),
                                                QStringLiteral("List the installed offline pairs and exit."));
-    parser.addOptions({sourceOption, targetOption, hlOption, jsonOption, engineOption, listOfflineOption});
+    parser.addOptions(
+        {sourceOption, targetOption, hlOption, jsonOption, engineOption, timeoutOption, listOfflineOption});
     parser.addPositionalArgument(QStringLiteral("TEXT"),
                                  QStringLiteral("Words to translate, joined by spaces."),
                                  QStringLiteral("[TEXT ...]"));
@@ -173,6 +230,10 @@ int main(int argc, char** argv)
     EngineChoice choice = EngineChoice::Auto;
     if (!parseEngine(parser.value(engineOption), &choice))
         return usageError(QStringLiteral("unknown engine \"%1\"").arg(parser.value(engineOption)));
+    bool timeoutOk = false;
+    const int timeoutSecs = parser.value(timeoutOption).toInt(&timeoutOk);
+    if (!timeoutOk || timeoutSecs < 1 || timeoutSecs > 24 * 3600)
+        return usageError(QStringLiteral("bad time limit \"%1\"").arg(parser.value(timeoutOption)));
 
     TranslationRequest request = storedLanguages();
     if (parser.isSet(sourceOption) && !resolveCode(parser.value(sourceOption), true, &request.sourceCode))
@@ -183,28 +244,31 @@ int main(int argc, char** argv)
         return usageError(QStringLiteral("unknown language code \"%1\"").arg(parser.value(hlOption)));
 
     const QStringList words = parser.positionalArguments();
+    bool withinCap = true;
     if (words.isEmpty()) {
         QFile in;
         if (!in.open(stdin, QIODevice::ReadOnly))
             return usageError(QStringLiteral("cannot read standard input"));
-        request.text = QString::fromUtf8(in.readAll());
+        QByteArray input;
+        withinCap = readBounded(in, &input);
+        request.text = QString::fromUtf8(input);
     } else {
         request.text = words.join(QLatin1Char(' '));
     }
+    if (!withinCap || request.text.toUtf8().size() > kMaxTextBytes) {
+        write(stderr,
+              QStringLiteral("quillora-cli: %1\n").arg(failureReasonText(TranslationFailure::TooLong)));
+        return ExitTooLong;
+    }
 
     TranslationEngine engine;
+    engine.http().setTimeoutMs(timeoutSecs * 1000);
+    offline.setTimeoutMs(timeoutSecs * 1000);
     TranslationRouter router(&engine, &offline);
     const RoutedOutcome routed = router.translate(request, choice);
     if (!routed.outcome.ok()) {
-        const bool uncovered = choice == EngineChoice::Offline && !routed.offlinePair &&
-                               routed.outcome.failure != TranslationFailure::NothingToTranslate;
-        write(stderr,
-              QStringLiteral("quillora-cli: %1\n")
-                  .arg(uncovered ? QStringLiteral("No installed Apertium pair translates this text into "
-                                                  "\"%1\" (see --list-offline).")
-                                       .arg(request.targetCode)
-                                 : failureReasonText(routed.outcome.failure)));
-        return ExitNothing;
+        write(stderr, QStringLiteral("quillora-cli: %1\n").arg(failureMessage(request, routed, choice)));
+        return failureExitCode(routed.outcome.failure);
     }
     if (parser.isSet(jsonOption)) {
         write(stdout, jsonOutput(request, routed));

@@ -8,6 +8,7 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QStringDecoder>
+#include <QTimer>
 #include <QtNetwork/qtnetworkglobal.h>
 #if QT_CONFIG(ssl)
 #include <QSslConfiguration>
@@ -47,7 +48,7 @@ HttpClient::~HttpClient()
 QNetworkRequest HttpClient::makeRequest(const QUrl& url) const
 {
     QNetworkRequest request(url);
-    request.setTransferTimeout(m_timeoutMs);
+    request.setMaximumRedirectsAllowed(kMaxRedirects);
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Quillora/") + versionText());
 #if QT_CONFIG(ssl)
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
@@ -60,14 +61,14 @@ QNetworkRequest HttpClient::makeRequest(const QUrl& url) const
 HttpReply HttpClient::get(const QUrl& url)
 {
     if (busy())
-        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running")};
+        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running"), {}, {}};
     return run(m_manager->get(makeRequest(url)));
 }
 
 HttpReply HttpClient::post(const QUrl& url, const QByteArray& body, const QByteArray& contentType)
 {
     if (busy())
-        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running")};
+        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running"), {}, {}};
     QNetworkRequest request = makeRequest(url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
     return run(m_manager->post(request, body));
@@ -86,7 +87,17 @@ HttpReply HttpClient::run(QNetworkReply* reply)
     m_reply = reply;
     m_cancelled = false;
     bool tooLarge = false;
+    bool timedOut = false;
     const qint64 maxBytes = m_maxBytes;
+
+    // One limit for the whole exchange: a trickle of bytes does not restart it.
+    QTimer limit;
+    limit.setSingleShot(true);
+    connect(&limit, &QTimer::timeout, reply, [reply, &timedOut] {
+        timedOut = true;
+        reply->abort();
+    });
+    limit.start(m_timeoutMs);
 
     // The declared length is checked as soon as headers arrive, the received count on every chunk.
     connect(reply, &QNetworkReply::downloadProgress, reply,
@@ -106,14 +117,18 @@ HttpReply HttpClient::run(QNetworkReply* reply)
     HttpReply result;
     result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     result.contentType = reply->rawHeader("Content-Type");
+    result.retryAfter = reply->rawHeader("Retry-After");
+    result.url = reply->url();
     result.errorText = reply->errorString();
     const QNetworkReply::NetworkError error = reply->error();
     if (m_cancelled)
         result.outcome = HttpReply::Cancelled;
     else if (tooLarge)
         result.outcome = HttpReply::TooLarge;
-    else if (error == QNetworkReply::OperationCanceledError || error == QNetworkReply::TimeoutError)
-        result.outcome = HttpReply::TimedOut; // the transfer timeout aborts the reply itself
+    else if (timedOut || error == QNetworkReply::TimeoutError)
+        result.outcome = HttpReply::TimedOut;
+    else if (error == QNetworkReply::TooManyRedirectsError)
+        result.outcome = HttpReply::TooManyRedirects;
     else if (error == QNetworkReply::NoError || (result.status > 0 && isHttpStatusError(error)))
         result.outcome = HttpReply::Ok;
     else

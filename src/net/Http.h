@@ -14,24 +14,29 @@ namespace quillora
 {
 
 struct HttpReply {
-    enum Outcome { Ok, NetworkError, TimedOut, TooLarge, Cancelled };
+    enum Outcome { Ok, NetworkError, TimedOut, TooLarge, Cancelled, TooManyRedirects };
     Outcome outcome = NetworkError;
     int status = 0; // HTTP status, 0 when none arrived
     QByteArray body;
     QByteArray contentType; // the Content-Type header as sent
     QString errorText;      // Qt's description, for logs
+    QByteArray retryAfter;  // the Retry-After header as sent
+    QUrl url;               // where the answer came from, after redirects
     bool ok() const { return outcome == Ok; }
 };
 
 // Blocking-style HTTP for callers on the interface thread: a local event loop runs while a request
-// waits, so the window keeps painting and timers keep firing. Every request has a time limit and a
-// cap on the answer's size; TLS is always verified; User-Agent "Quillora/<version>".
+// waits, so the window keeps painting and timers keep firing. Every request has a time limit for the
+// whole exchange (however slowly the bytes come), at most five redirects and a cap on the answer's
+// size; TLS is always verified; User-Agent "Quillora/<version>".
 class HttpClient : public QObject
 {
     Q_OBJECT
 public:
     static constexpr int kDefaultTimeoutMs = 30000;
-    static constexpr qint64 kDefaultMaxBytes = 16 * 1024 * 1024;
+    // The service answers a text of 5,000 characters in well under 1 MiB.
+    static constexpr qint64 kDefaultMaxBytes = 512 * 1024;
+    static constexpr int kMaxRedirects = 5;
 
     explicit HttpClient(QObject* parent = nullptr);
     ~HttpClient() override;

@@ -2,6 +2,8 @@
 
 #include "app/StringTable.h"
 
+#include <algorithm>
+
 namespace quillora
 {
 
@@ -20,6 +22,7 @@ TranslationFailure failureOf(HttpReply::Outcome outcome)
     case HttpReply::Cancelled:
         return TranslationFailure::Cancelled;
     case HttpReply::TooLarge:
+    case HttpReply::TooManyRedirects:
         return TranslationFailure::BadAnswer;
     case HttpReply::NetworkError:
         break;
@@ -64,7 +67,25 @@ QString trimBlanks(const QString& text)
     return text.mid(begin, end - begin);
 }
 
-QString failureReasonText(TranslationFailure failure)
+QString localTimeText(const QDateTime& at, const QDateTime& now)
+{
+    const QDateTime local = at.toLocalTime();
+    return local.toString(local.date() == now.toLocalTime().date() ? QStringLiteral("HH:mm:ss")
+                                                                   : QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+bool isHumanCheckPage(const QString& page, const QUrl& url)
+{
+    static const char* const markers[] = {"/sorry/index", "g-recaptcha",
+                                          "unusual traffic from your computer"};
+    if (url.path().startsWith(QLatin1String("/sorry/")))
+        return true;
+    return std::any_of(std::begin(markers), std::end(markers), [&page](const char* marker) {
+        return page.contains(QLatin1String(marker), Qt::CaseInsensitive);
+    });
+}
+
+QString failureReasonText(TranslationFailure failure, bool offline)
 {
     switch (failure) {
     case TranslationFailure::None:
@@ -74,7 +95,8 @@ QString failureReasonText(TranslationFailure failure)
     case TranslationFailure::Refused:
         return QStringLiteral("The translation service is refusing requests for now (too many requests).");
     case TranslationFailure::TimedOut:
-        return QStringLiteral("The translation service did not answer in time.");
+        return offline ? QStringLiteral("The offline engine (Apertium) did not answer in time.")
+                       : QStringLiteral("The translation service did not answer in time.");
     case TranslationFailure::Network:
         return QStringLiteral("Could not reach the translation service.");
     case TranslationFailure::BadAnswer:
@@ -83,20 +105,29 @@ QString failureReasonText(TranslationFailure failure)
         return QStringLiteral("Translation cancelled.");
     case TranslationFailure::Empty:
         return QStringLiteral("The translation service returned no translation.");
+    case TranslationFailure::HumanCheck:
+        return QStringLiteral("The translation service asks to prove that a person is using it.");
+    case TranslationFailure::TooLong:
+        return QStringLiteral("The text is too long to send (more than %1 KiB); nothing was sent.")
+            .arg(kMaxTextBytes / 1024);
     }
     return {};
 }
 
-int failureStatusOffset(TranslationFailure failure)
+int failureStatusOffset(const TranslationOutcome& outcome, bool offline)
 {
-    switch (failure) {
+    switch (outcome.failure) {
     case TranslationFailure::None:
     case TranslationFailure::NothingToTranslate:
         return 0;
     case TranslationFailure::Refused:
-        return MsgServiceRefused;
+        return outcome.retryAt.isValid() ? MsgRefusedUntil : MsgServiceRefused;
+    case TranslationFailure::HumanCheck:
+        return MsgHumanCheck;
+    case TranslationFailure::TooLong:
+        return MsgTextTooLong;
     case TranslationFailure::TimedOut:
-        return MsgTimedOut;
+        return offline ? MsgOfflineTimedOut : MsgTimedOut;
     case TranslationFailure::Network:
         return MsgNetworkFailed;
     case TranslationFailure::BadAnswer:
@@ -119,12 +150,46 @@ void TranslationEngine::cancel()
     m_http.cancel();
 }
 
+bool TranslationEngine::formSkipped() const
+{
+    return m_formSkipsLeft > 0 && m_formSkippedUntil.isValid() && m_backoff.now() < m_formSkippedUntil;
+}
+
+TranslationOutcome TranslationEngine::refusal(const HttpReply& reply, const QString& page)
+{
+    TranslationFailure failure = TranslationFailure::None;
+    if (isHumanCheckPage(page, reply.url))
+        failure = TranslationFailure::HumanCheck;
+    else if (isRefusal(reply.status))
+        failure = TranslationFailure::Refused;
+    if (failure == TranslationFailure::None) {
+        m_backoff.answered();
+        return {};
+    }
+    m_backoff.refused(reply.retryAfter);
+    TranslationOutcome outcome = failed(failure, page);
+    outcome.retryAt = m_backoff.notBefore();
+    if (!outcome.retryAt.isValid())
+        outcome.retryAt = m_backoff.now();
+    return outcome;
+}
+
 TranslationOutcome TranslationEngine::translate(const TranslationRequest& request)
 {
     if (trimBlanks(request.text).isEmpty())
         return failed(TranslationFailure::NothingToTranslate);
+    if (request.text.toUtf8().size() > kMaxTextBytes)
+        return failed(TranslationFailure::TooLong);
+    const QDateTime wait = m_backoff.notBefore();
+    if (wait.isValid()) {
+        TranslationOutcome outcome = failed(TranslationFailure::Refused);
+        outcome.retryAt = wait;
+        return outcome;
+    }
 
-    if (!m_formAbandoned) {
+    if (formSkipped()) {
+        --m_formSkipsLeft;
+    } else {
         const HttpReply reply = m_http.post(
             m_addresses.formUrl(),
             buildRequestBody(request.text, request.interfaceCode, request.sourceCode, request.targetCode),
@@ -132,14 +197,17 @@ TranslationOutcome TranslationEngine::translate(const TranslationRequest& reques
         if (!reply.ok())
             return failed(failureOf(reply.outcome));
         const QString page = decodeByCharset(reply.body, reply.contentType);
-        if (hasFormMarkers(page))
+        if (hasFormMarkers(page)) {
+            m_backoff.answered();
             return succeeded(parseFormResponse(page), page);
-        if (isRefusal(reply.status))
-            return failed(TranslationFailure::Refused, page);
+        }
+        if (TranslationOutcome refused = refusal(reply, page); !refused.ok())
+            return refused;
         if (page.isEmpty())
             return failed(TranslationFailure::Empty);
-        // A page without any of the old markers means the form has changed for good.
-        m_formAbandoned = true;
+        // A page without any of the old markers: the form has changed, perhaps only for a while.
+        m_formSkippedUntil = m_backoff.now().addSecs(kFormRetryMinutes * 60);
+        m_formSkipsLeft = kFormRetryRequests;
     }
 
     const HttpReply reply =
@@ -149,8 +217,8 @@ TranslationOutcome TranslationEngine::translate(const TranslationRequest& reques
     if (!reply.ok())
         return failed(failureOf(reply.outcome));
     const QString answer = decodeByCharset(reply.body, reply.contentType);
-    if (isRefusal(reply.status))
-        return failed(TranslationFailure::Refused, answer);
+    if (TranslationOutcome refused = refusal(reply, answer); !refused.ok())
+        return refused;
     TranslationResult result;
     if (!parseJsonResponse(reply.body, &result))
         return failed(TranslationFailure::BadAnswer, answer);

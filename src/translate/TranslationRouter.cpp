@@ -11,7 +11,9 @@ bool offlineStandsInFor(TranslationFailure failure)
     case TranslationFailure::Network:
     case TranslationFailure::BadAnswer:
     case TranslationFailure::Empty:
+    case TranslationFailure::HumanCheck:
         return true;
+    case TranslationFailure::TooLong:
     case TranslationFailure::None:
     case TranslationFailure::NothingToTranslate:
     case TranslationFailure::Cancelled:

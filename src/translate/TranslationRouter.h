@@ -15,8 +15,8 @@ struct RoutedOutcome {
     std::optional<OfflinePair> offlinePair; // set when the offline engine gave the outcome
 };
 
-// The service failures the offline engine stands in for: refusals and answers that never came or
-// hold nothing. A cancel or an empty text is not one.
+// The service failures the offline engine stands in for: refusals (a wait not yet over included)
+// and answers that never came or hold nothing. A cancel, an empty or a too long text is not one.
 bool offlineStandsInFor(TranslationFailure failure);
 
 // Chooses between the service and the installed offline pairs. Auto asks the service and turns to

@@ -13,12 +13,17 @@ namespace quillora::test
 namespace
 {
 
-QByteArray reply(int status, const QByteArray& body, const QByteArray& type = "text/html; charset=UTF-8")
+QByteArray reply(int status, const QByteArray& body, const QByteArray& type = "text/html; charset=UTF-8",
+                 const QByteArray& headers = {})
 {
     return "HTTP/1.1 " + QByteArray::number(status) + (status == 200 ? " OK" : " Error") +
            "\r\nContent-Type: " + type + "\r\nContent-Length: " + QByteArray::number(body.size()) +
-           "\r\nConnection: close\r\n\r\n" + body;
+           "\r\nConnection: close\r\n" + headers + "\r\n" + body;
 }
+
+const QByteArray kHumanCheckPage =
+    "<html><body><div id=infoDiv>Our systems have detected unusual traffic from your computer network."
+    "</div><form action=\"index\"><div class=\"g-recaptcha\"></div></form></body></html>";
 
 QByteArray page(const QByteArray& title)
 {
@@ -93,6 +98,13 @@ void StandinService::onReadyRead(QTcpSocket* socket)
     socket->disconnect(this); // one request per connection
     m_requests.append(request);
     Q_EMIT requestReceived(request);
+    if (request.path().startsWith(u"/trickle/")) {
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + request.path().mid(9).toUtf8() + "\r\n\r\n");
+        auto* drip = new QTimer(socket);
+        connect(drip, &QTimer::timeout, socket, [socket] { socket->write("x"); });
+        drip->start(50);
+        return;
+    }
     QTimer::singleShot(m_modes.delayMs, socket, [socket, out = answer(request)] {
         socket->write(out);
         socket->disconnectFromHost();
@@ -107,8 +119,26 @@ QByteArray StandinService::answer(const Request& request) const
     const QString text = query.queryItemValue(form ? "text" : "q", QUrl::FullyDecoded);
     const QString target = query.queryItemValue("tl");
     const QString translation = translate(text, target);
+    const QByteArray retryAfter =
+        m_modes.retryAfter.isEmpty() ? QByteArray() : "Retry-After: " + m_modes.retryAfter + "\r\n";
     if (form && m_modes.form == FormMode::Refused)
-        return reply(429, page("429 Too Many Requests"));
+        return reply(429, page("429 Too Many Requests"), "text/html", retryAfter);
+    if (form && !m_modes.formPage.isEmpty())
+        return reply(200, m_modes.formPage);
+    if (form && m_modes.form == FormMode::HumanCheck)
+        return reply(200, kHumanCheckPage);
+    if (form && m_modes.form == FormMode::Sorry)
+        return reply(302, {}, "text/html", "Location: /sorry/index?continue=%2F\r\n");
+    if (path.startsWith(u"/sorry/"))
+        return reply(429, "<html><body>Please show you're not a robot</body></html>", "text/html",
+                     retryAfter);
+    if (path.startsWith(u"/redirect/")) {
+        const QString rest = path.mid(10);
+        if (rest == u"0")
+            return reply(200, page("arrived"));
+        const QByteArray next = rest == u"loop" ? "loop" : QByteArray::number(rest.toInt() - 1);
+        return reply(302, {}, "text/html", "Location: /redirect/" + next + "\r\n");
+    }
     if (form && m_modes.form != FormMode::Legacy) // a changed page, or none
         return reply(200,
                      m_modes.form == FormMode::Changed ? "<html><body><c-wiz></c-wiz></body></html>" : "");
@@ -130,7 +160,8 @@ QByteArray StandinService::answer(const Request& request) const
         static const int status[] = {200, 429, 503, 200};
         if (m_modes.json != JsonMode::Ok)
             return reply(status[int(m_modes.json)],
-                         page(m_modes.json == JsonMode::Html ? "Before you continue" : "Error"));
+                         page(m_modes.json == JsonMode::Html ? "Before you continue" : "Error"), "text/html",
+                         m_modes.json == JsonMode::Html ? QByteArray() : retryAfter);
         QJsonArray entries;
         for (const auto& [partOfSpeech, words] : dictionary(text, target))
             entries.append(QJsonArray{partOfSpeech, QJsonArray::fromStringList(words)});

@@ -12,8 +12,9 @@ namespace quillora::test
 
 // A stand-in for the translation service and the maker's file server on 127.0.0.1, one request per
 // connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode),
-// GET /files/<name> (set by setFile; otherwise a "404 Not Found" page) and GET /status/<n> (a page
-// with status n). Every request is recorded.
+// GET /files/<name> (set by setFile; otherwise a "404 Not Found" page), GET /status/<n> (a page
+// with status n), GET /redirect/<n> (n redirects, then a page; "loop" never ends) and GET
+// /trickle/<n> (a length of n, then a byte every 50 ms). Every request is recorded.
 // Translations are deterministic: to "fr" a few English words (hello -> bonjour, world -> monde,
 // cat -> chat, dog -> chien), every other word upper-cased; the romanization is the translation in
 // lower case between "/" marks; the dictionary has "interjection" entries for "hello" to "fr" and a
@@ -23,8 +24,9 @@ class StandinService : public QObject
 {
     Q_OBJECT
 public:
-    // The old page with all three parts, a page without its markers, 200 with no body, 429.
-    enum class FormMode { Legacy, Changed, Empty, Refused };
+    // The old page with all three parts, a page without its markers, 200 with no body, 429, the
+    // "unusual traffic" page with 200, a redirect to that page under /sorry/.
+    enum class FormMode { Legacy, Changed, Empty, Refused, HumanCheck, Sorry };
     enum class JsonMode { Ok, TooManyRequests, Unavailable, Html };
     struct Request {
         QByteArray method, target, body;      // target: path and query as sent
@@ -40,7 +42,9 @@ public:
     QString baseUrl() const { return QStringLiteral("http://127.0.0.1:%1").arg(port()); }
     void setFormMode(FormMode mode) { m_modes.form = mode; }
     void setJsonMode(JsonMode mode) { m_modes.json = mode; }
-    void setDelayMs(int ms) { m_modes.delayMs = ms; } // before every answer
+    void setDelayMs(int ms) { m_modes.delayMs = ms; }                           // before every answer
+    void setRetryAfter(const QByteArray& value) { m_modes.retryAfter = value; } // on 429 and 503
+    void setFormPage(const QByteArray& page) { m_modes.formPage = page; }       // instead of the made one
     void setFile(const QString& name, const QByteArray& body, const QByteArray& type = "text/plain")
     {
         m_files.insert(name, {type, body});
@@ -74,6 +78,8 @@ private:
         FormMode form = FormMode::Legacy;
         JsonMode json = JsonMode::Ok;
         int delayMs = 0;
+        QByteArray retryAfter;
+        QByteArray formPage;
     } m_modes;
 };
 

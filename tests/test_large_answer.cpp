@@ -1,0 +1,49 @@
+#include "TestSupport.h"
+#include "x11/ClipboardDesk.h"
+#include "x11/PingProbe.h"
+
+#include <QPlainTextEdit>
+#include <QtTest>
+
+using namespace quillora;
+
+// An answer of the cap's size is read, parsed and shown while the window keeps answering its window
+// manager, within a bounded memory.
+class TestLargeAnswer : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void capSizedAnswerKeepsTheWindowAnswering()
+    {
+        test::ClipboardDesk desk({});
+        // Sentence spans up to the cap.
+        const QByteArray span =
+            "<span onmouseout=\"this.style.backgroundColor='#fff'\">Il fait beau aujourd'hui. </span>";
+        desk.service().setFormPage("<div>" + span.repeated(HttpClient::kDefaultMaxBytes / span.size() - 1) +
+                                   "</div>");
+        FormMian& window = desk.window();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy finished(&window, &FormMian::translationFinished);
+        test::PingProbe probe;
+        QVERIFY(probe.start(window.winId()));
+        window.sourceBox()->setPlainText(QStringLiteral("The weather is nice today."));
+        window.jcbuttonClick(0);
+        QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 60000);
+        QTest::qWait(200); // a paint of what was shown, answered too
+        const test::PingProbe::Result pings = probe.stop();
+        QVERIFY(window.resultBox()->toPlainText().startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
+        if (pings.maxRoundTripMs < 0)
+            QSKIP("the ping probe gave no result");
+        const QString status = QString::fromLatin1(test::readFile(QStringLiteral("/proc/self/status")));
+        const double peakMiB =
+            QRegularExpression("VmHWM:\\s*(\\d+)").match(status).captured(1).toDouble() / 1024;
+        qInfo("%d of %d pings answered, longest %.1f ms; peak memory %.0f MiB", pings.answered, pings.sent,
+              pings.maxRoundTripMs, peakMiB);
+        QVERIFY(pings.answered > 0 && pings.maxRoundTripMs < 100);
+        QVERIFY(peakMiB > 0 && peakMiB < 300);
+    }
+};
+
+QTEST_MAIN(TestLargeAnswer)
+#include "test_large_answer.moc"
