@@ -101,6 +101,7 @@ private Q_SLOTS:
         updater.start(dir.filePath(u"Update.exe"_s), {u"quillora"_s});
         QVERIFY(updater.waitForStarted());
         QTest::qWait(1000);
+        QVERIFY2(running.state() == QProcess::Running, running.readAllStandardError().constData());
         QCOMPARE(site.requests(u"Update.txt"_s), 0);
         running.terminate();
         QTRY_VERIFY_WITH_TIMEOUT(running.state() == QProcess::NotRunning, 10000);
