@@ -13,6 +13,18 @@ namespace
 
 using Reply = std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)>;
 
+// Fetches at most `maxBytes` (and a little more, to tell an overflow) of a property of ours and deletes
+// it, which also asks an incremental sender for its next piece. A round trip to the X server only.
+Reply takeProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, qint64 maxBytes)
+{
+    const auto units = uint32_t(maxBytes / 4 + 1);
+    return Reply(xcb_get_property_reply(
+                     connection,
+                     xcb_get_property(connection, 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, units),
+                     nullptr),
+                 std::free);
+}
+
 constexpr qint64 kMaxTargetsBytes = 64 * 1024;
 constexpr char kProperty[] = "QUILLORA_CLIPBOARD";
 constexpr const char* kProtocolAtoms[] = {"CLIPBOARD", "TARGETS", "INCR", kProperty};
@@ -180,12 +192,7 @@ void X11Clipboard::onSelectionNotify(const xcb_selection_notify_event_t* event)
     if (event->property == XCB_ATOM_NONE)
         return finish(ClipboardRead::Nothing);
     // The property lives in the X server; only up to the cap of it is fetched.
-    const uint32_t units = uint32_t(stepCap() / 4 + 1);
-    const Reply reply(xcb_get_property_reply(m_connection,
-                                             xcb_get_property(m_connection, 1, m_requestor, event->property,
-                                                              XCB_GET_PROPERTY_TYPE_ANY, 0, units),
-                                             nullptr),
-                      std::free);
+    const Reply reply = takeProperty(m_connection, m_requestor, event->property, stepCap());
     if (!reply)
         return finish(ClipboardRead::Nothing);
     if (reply->type == atom("INCR")) {
@@ -205,12 +212,7 @@ void X11Clipboard::onPropertyNotify(const xcb_property_notify_event_t* event)
     if (!m_incremental || event->window != m_requestor || event->atom != atom(kProperty) ||
         event->state != XCB_PROPERTY_NEW_VALUE)
         return;
-    const uint32_t units = uint32_t((stepCap() - m_data.size()) / 4 + 1);
-    const Reply reply(xcb_get_property_reply(m_connection,
-                                             xcb_get_property(m_connection, 1, m_requestor, event->atom,
-                                                              XCB_GET_PROPERTY_TYPE_ANY, 0, units),
-                                             nullptr),
-                      std::free);
+    const Reply reply = takeProperty(m_connection, m_requestor, event->atom, stepCap() - m_data.size());
     if (!reply)
         return finish(ClipboardRead::Nothing);
     const int length = xcb_get_property_value_length(reply.get());
