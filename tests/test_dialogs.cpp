@@ -101,16 +101,12 @@ private Q_SLOTS:
         QCOMPARE(FontChooser(odd).setting(), odd);
     }
 
-    void aboutInEnglishAndThai()
+    void aboutFollowsTheInterfaceLanguage()
     {
-        FormAbout english(1);
-        QCOMPARE(english.versionLine(), u"Ver:2.1.91"_s);
-        QCOMPARE(english.texts().value(0),
-                 u"This software is based on Google Translate, it supports 58 different languages."_s);
+        // The texts come from the interface language's table; the version line is the same in all.
         FormAbout thai(4);
-        QCOMPARE(thai.versionLine(), english.versionLine());
-        QCOMPARE(thai.texts().size(), 5);
-        QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.texts().at(0)));
+        QCOMPARE(thai.versionLine(), u"Ver:2.1.91"_s);
+        QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.texts().value(0)));
         QVERIFY(hasThai(thai.findChild<QDialogButtonBox*>()->buttons().value(0)->text()));
     }
 
