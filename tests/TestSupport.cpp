@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QSignalSpy>
 
 namespace quillora::test
 {
@@ -26,6 +27,22 @@ CommandResult runCommand(const QString& program, const QStringList& arguments, c
     result.err = process.readAllStandardError();
     result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return result;
+}
+
+CommandResult runCli(const QStringList& arguments, const QString& serviceUrl, const QByteArray& input)
+{
+    QProcess process;
+    process.setEnvironment(QProcess::systemEnvironment()
+                           << QStringLiteral("QUILLORA_SERVICE_URL=") + serviceUrl
+                           << QStringLiteral("QUILLORA_API_URL=") + serviceUrl);
+    process.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") + QStringLiteral("/src/quillora-cli"),
+                  arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    QSignalSpy finished(&process, &QProcess::finished);
+    const bool ended = finished.wait(30000) && process.exitStatus() == QProcess::NormalExit;
+    return {ended, ended ? process.exitCode() : -1, process.readAllStandardOutput(),
+            process.readAllStandardError()};
 }
 
 QByteArray iconvEncode(const QString& text, const QString& codec)

@@ -19,6 +19,10 @@ struct CommandResult {
 CommandResult runCommand(const QString& program, const QStringList& arguments, const QByteArray& input = {},
                          int timeoutMs = 10000);
 
+// Runs the built quillora-cli against the service at `serviceUrl`, feeding `input`; the caller's event loop
+// keeps running meanwhile, so an in-process stand-in can answer.
+CommandResult runCli(const QStringList& arguments, const QString& serviceUrl, const QByteArray& input = {});
+
 // `text` converted to `codec` by iconv, the way another program would write it; empty on failure.
 QByteArray iconvEncode(const QString& text, const QString& codec);
 // Bytes in `codec` turned into text by iconv; a null string on failure.

@@ -15,22 +15,10 @@ class TestCli : public QObject
 private:
     StandinService m_service;
     QTemporaryDir m_config;
-    const QString m_build = qEnvironmentVariable("QUILLORA_BUILD_DIR");
 
-    // Runs quillora-cli while this process keeps serving the in-process stand-in.
     CommandResult cli(const QStringList& arguments, const QByteArray& input = {}, const QString& base = {})
     {
-        const QString url = base.isEmpty() ? m_service.baseUrl() : base;
-        QProcess process;
-        process.setEnvironment(QProcess::systemEnvironment()
-                               << "QUILLORA_SERVICE_URL=" + url << "QUILLORA_API_URL=" + url);
-        process.start(m_build + "/src/quillora-cli", arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        QSignalSpy finished(&process, &QProcess::finished);
-        const bool ended = finished.wait(20000) && process.exitStatus() == QProcess::NormalExit;
-        return {ended, ended ? process.exitCode() : -1, process.readAllStandardOutput(),
-                process.readAllStandardError()};
+        return test::runCli(arguments, base.isEmpty() ? m_service.baseUrl() : base, input);
     }
 
     QByteArray lastBody() const { return m_service.requests().value(m_service.requests().size() - 1).body; }
@@ -51,7 +39,7 @@ private Q_SLOTS:
     void translatesAgainstTheStandinProgram()
     {
         QProcess standin;
-        standin.start(m_build + "/tests/quillora-standin");
+        standin.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") + "/tests/quillora-standin");
         QTRY_VERIFY(standin.canReadLine());
         const QString base = "http://127.0.0.1:" + QString::fromLatin1(standin.readLine().trimmed().mid(5));
         const CommandResult plain = cli({"-t", "fr", "hello"}, {}, base);

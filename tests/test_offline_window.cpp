@@ -1,15 +1,13 @@
-#include "app/FormMian.h"
-#include "app/Settings.h"
-#include "net/Connectivity.h"
+#include "WindowRig.h"
 #include "translate/OfflineEngine.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace quillora;
+using quillora::test::WindowRig;
 
 // The window without a connection, on the real installed pairs.
 class TestOfflineWindow : public QObject
@@ -32,24 +30,16 @@ private Q_SLOTS:
         if (!offline.pairFor({text, "en", "es", "en"}))
             QSKIP("apertium with apertium-eng-spa is not installed");
 
-        QTemporaryDir dir;
-        Settings settings(dir.filePath("Quillora.conf"));
-        settings.setOptions({0, targetRow, 1, 1, 15, 0, 1}); // detection
-        FixedConnectivity connectivity(false);
-        QList<NoticeRequest> shown;
-        FormMianDeps deps;
-        deps.settings = &settings;
-        deps.connectivity = &connectivity;
+        // Detection, the target, both panes, monitoring off, caching on.
+        WindowRig rig({{"Options", QString("0|%1|1|1|15|0|1").arg(targetRow)}});
+        rig.connectivity.setOnline(false);
+        FormMianDeps deps = rig.deps();
         deps.offline = &offline;
-        deps.registerHotKey = false;
-        deps.notice = [&shown](QWidget*, const NoticeRequest& request) {
-            return shown << request, QMessageBox::Ok;
-        };
-        FormMian window(deps);
+        FormMian& window = rig.open(deps);
 
         window.sourceBox()->setPlainText(text);
         window.jcbuttonClick(0);
-        QCOMPARE(shown.size(), notices);
+        QCOMPARE(rig.notices.size(), notices);
         QCOMPARE(window.resultBox()->toPlainText().contains("playa"), notices == 0);
         QCOMPARE(window.statusMessage(), notices ? "" : "Translated offline by Apertium (eng-spa).");
     }

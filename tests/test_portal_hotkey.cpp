@@ -75,8 +75,7 @@ private Q_SLOTS:
     {
         auto desk = portalDesk();
         FormMian& window = desk->window();
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(test::shownOnScreen(window));
         QTRY_COMPARE(recorded("bound").size(), 1);
         // Both where a 1.16 front-end's back-end reads it and where later ones do.
         const QJsonArray wanted{

@@ -140,7 +140,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("updaterKept");
         QTest::newRow("nothing") << QStringList() << true << false;
         QTest::newRow("mini") << QStringList{"mini"} << false << false;
-        QTest::newRow("mini with a blank") << QStringList{"mini "} << true << false;
         QTest::newRow("mini after a Qt option") << QStringList{"-name", "x", "mini"} << true << false;
         QTest::newRow("UP") << QStringList{"UP"} << true << true;
     }

@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "WindowRig.h"
 #include "app/FormMian.h"
 #include "app/Settings.h"
 #include "app/StringTable.h"
@@ -33,9 +34,10 @@ namespace
 const QString kStalePage = u"<html><body>stale page</body></html>"_s;
 
 // The real main window against a stand-in maker's site, in a private program folder and temporary
-// folder, with every box, opened address and started program recorded.
-struct Rig {
+// folder.
+struct Rig : WindowRig {
     explicit Rig(const QString& language = u"1"_s, bool stalePage = false, const QString& programFolder = {})
+        : WindowRig({{u"Language"_s, language}})
     {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
         if (stalePage)
@@ -43,21 +45,12 @@ struct Rig {
         if (!service.listen())
             qFatal("the stand-in site cannot listen");
         qputenv("QUILLORA_SITE_URL", site.url().toUtf8());
-        settings = std::make_unique<Settings>(dir.filePath(u"Quillora.conf"_s));
-        settings->setLanguage(language);
-        FormMianDeps deps;
-        deps.settings = settings.get();
-        deps.connectivity = &connectivity;
-        deps.registerHotKey = false;
-        deps.programPath = (programFolder.isEmpty() ? dir.path() : programFolder) + u"/quillora"_s;
-        deps.notice = [this](QWidget*, const NoticeRequest& request) { return notices << request, answer; };
-        deps.openUrl = [this](const QUrl& url) { return opened << url.toString(), true; };
-        deps.startProgram = [this](const QString& program, const QStringList& args) {
-            return started << (QStringList{program} + args), true;
-        };
-        window = std::make_unique<FormMian>(deps);
-        window->promotionPanel()->Timer3()->stop(); // ticks are driven by hand
+        FormMianDeps d = deps();
+        if (!programFolder.isEmpty())
+            d.programPath = programFolder + u"/quillora"_s;
+        open(d).promotionPanel()->Timer3()->stop(); // ticks are driven by hand
     }
+    ~Rig() { window.reset(); }
     QString updater() const { return dir.filePath(u"Update.exe"_s); }
     QMenu* sites() const { return window->findChild<QMenu*>(u"SITEMENU"_s); }
     QString siteKeys() const
@@ -74,16 +67,8 @@ struct Rig {
         QVERIFY(filled.wait(5000));
     }
 
-    QTemporaryDir dir, runtime;
-    StandinService service;
+    QTemporaryDir runtime;
     MakerSite site{service};
-    FixedConnectivity connectivity{true};
-    std::unique_ptr<Settings> settings;
-    QList<NoticeRequest> notices;
-    QMessageBox::StandardButton answer = QMessageBox::Ok;
-    QStringList opened;
-    QList<QStringList> started;
-    std::unique_ptr<FormMian> window; // last: it goes before what it uses
 };
 
 } // namespace

@@ -1,20 +1,15 @@
 #pragma once
 
-#include "app/FormMian.h"
-#include "app/Settings.h"
+#include "TestSupport.h"
+#include "WindowRig.h"
 #include "app/StringTable.h"
 #include "desktop/ClipboardOffer.h"
-#include "net/Connectivity.h"
-#include "standin/StandinService.h"
-#include "translate/ServiceAddresses.h"
-#include "translate/TranslationEngine.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QFile>
 #include <QPlainTextEdit>
 #include <QProcess>
-#include <QTemporaryDir>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QUrlQuery>
@@ -37,47 +32,29 @@ public:
         bool hotKey = false;
         int serviceDelayMs = 0;
     };
+    // Detection, target French, both panes, monitoring on, caching on.
     explicit ClipboardDesk(const Setup& setup)
+        : m_rig({{"Options", "0|19|1|1|15|1|1"}, {"AutoCopy", setup.autoCopy ? "True" : "False"}})
     {
-        if (!m_service.listen())
-            qFatal("the stand-in service cannot listen");
-        m_service.setDelayMs(setup.serviceDelayMs);
-        qputenv("QUILLORA_SERVICE_URL", m_service.baseUrl().toUtf8());
-        qputenv("QUILLORA_API_URL", m_service.baseUrl().toUtf8());
-        // Detection, target French, both panes, monitoring on, caching on.
-        m_settings.setOptions({0, 19, 1, 1, 15, 1, 1});
-        m_settings.setAutoCopy(setup.autoCopy);
-        m_engine = std::make_unique<TranslationEngine>(ServiceAddresses::fromEnvironment());
-        FormMianDeps deps;
-        deps.settings = &m_settings;
-        deps.connectivity = &m_online;
-        deps.engine = m_engine.get();
+        FormMianDeps deps = m_rig.deps(true);
+        m_rig.service.setDelayMs(setup.serviceDelayMs);
         deps.registerHotKey = setup.hotKey;
-        deps.programPath = programPath();
-        deps.notice = [](QWidget*, const NoticeRequest&) { return QMessageBox::Ok; };
-        deps.openUrl = [](const QUrl&) { return true; };
-        deps.runDialog = [](QDialog*) { return 0; };
-        m_window = std::make_unique<FormMian>(deps);
+        m_rig.open(deps);
     }
 
-    FormMian& window() { return *m_window; }
-    StandinService& service() { return m_service; }
-    QString programPath() const { return m_dir.filePath("bin/quillora"); }
-    int translationRequests() const { return m_service.count("POST", "/"); }
+    FormMian& window() { return *m_rig.window; }
+    StandinService& service() { return m_rig.service; }
+    QString programPath() const { return m_rig.programPath(); }
+    int translationRequests() const { return m_rig.service.count("POST", "/"); }
     QString lastRequestText() const
     {
-        const QByteArray body =
-            m_service.requests().isEmpty() ? QByteArray() : m_service.requests().last().body;
+        const auto& requests = m_rig.service.requests();
+        const QByteArray body = requests.isEmpty() ? QByteArray() : requests.last().body;
         return QUrlQuery(QString::fromUtf8(body)).queryItemValue("text", QUrl::FullyDecoded);
     }
 
 private:
-    QTemporaryDir m_dir;
-    Settings m_settings{m_dir.filePath("Quillora.conf")};
-    StandinService m_service;
-    FixedConnectivity m_online{true};
-    std::unique_ptr<TranslationEngine> m_engine;
-    std::unique_ptr<FormMian> m_window;
+    WindowRig m_rig;
 };
 
 // xclip, or wl-copy and wl-paste, standing in for other programs; each copy serves the clipboard until
@@ -309,14 +286,11 @@ private:
     std::thread m_thread;
 };
 
+// 0 when it cannot be read.
 inline qint64 peakResidentKiB()
 {
-    QFile status("/proc/self/status");
-    status.open(QIODevice::ReadOnly);
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
-    return -1;
+    static const QRegularExpression hwm("VmHWM:\\s*(\\d+)");
+    return hwm.match(QString::fromLatin1(readFile("/proc/self/status"))).captured(1).toLongLong();
 }
 
 // An owner that never answers and one that sends 200 MB: while either holds the clipboard, through the
@@ -329,8 +303,7 @@ template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(Other
     for (const char* kind : {"stall", "flood"}) {
         ClipboardDesk desk({});
         FormMian& window = desk.window();
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(shownOnScreen(window));
         window.sourceBox()->setPlainText("typed");
         probe.start(window);
         const bool owned = other.own(kind);
@@ -347,7 +320,8 @@ template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(Other
         QVERIFY2(longestMs < 100, qPrintable(QString("%1: %2 ms").arg(kind).arg(longestMs)));
         QCOMPARE(desk.translationRequests(), 0);
         QCOMPARE(window.sourceBox()->toPlainText(), "typed");
-        QVERIFY2(peakResidentKiB() < 300 * 1024, qPrintable(QString::number(peakResidentKiB())));
+        const qint64 peakKiB = peakResidentKiB();
+        QVERIFY2(peakKiB > 0 && peakKiB < 300 * 1024, qPrintable(QString::number(peakKiB)));
         if (QByteArray(kind) == "flood")
             QCOMPARE(window.statusMessage(),
                      uiText(window.interfaceLanguage(), MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB));
