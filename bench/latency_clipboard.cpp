@@ -3,7 +3,6 @@
 // request. Run it inside tests/xsession.sh or tests/waylandsession.sh; the rows carry the platform's
 // name. A second figure isolates the clipboard notice alone.
 #include "desktop/ModmonClip.h"
-#include "wayland/WlCopy.h"
 #include "x11/ClipboardDesk.h"
 
 #include <QApplication>
@@ -15,9 +14,8 @@
 
 using namespace quillora;
 using quillora::test::ClipboardDesk;
+using quillora::test::OtherPrograms;
 using quillora::test::StandinService;
-using quillora::test::WlCopy;
-using quillora::test::Xclip;
 
 namespace
 {
@@ -30,10 +28,10 @@ QByteArray nextText()
     return QStringLiteral("hello %1").arg(++copyNumber).toUtf8();
 }
 
-template <typename Copier> void BM_CopyToServiceRequest(benchmark::State& state)
+template <bool Wayland> void BM_CopyToServiceRequest(benchmark::State& state)
 {
     ClipboardDesk desk({});
-    Copier copier;
+    OtherPrograms copier(Wayland);
     QElapsedTimer clock;
     qint64 seenNs = -1;
     QObject::connect(&desk.service(), &StandinService::requestReceived, &desk.service(),
@@ -56,11 +54,11 @@ template <typename Copier> void BM_CopyToServiceRequest(benchmark::State& state)
     }
 }
 
-template <typename Copier> void BM_CopyToClipboardNotice(benchmark::State& state)
+template <bool Wayland> void BM_CopyToClipboardNotice(benchmark::State& state)
 {
     ClipboardMonitor monitor(QGuiApplication::clipboard());
     monitor.setMonitoring(true);
-    Copier copier;
+    OtherPrograms copier(Wayland);
     QElapsedTimer clock;
     qint64 seenNs = -1;
     QObject::connect(&monitor, &ClipboardMonitor::textCopied, &monitor,
@@ -104,13 +102,13 @@ void perCopy(benchmark::internal::Benchmark* b)
         ->Unit(benchmark::kMillisecond);
 }
 
-template <typename Copier> void registerFor(const std::string& platform)
+template <bool Wayland> void registerFor(const std::string& platform)
 {
     benchmark::RegisterBenchmark(("BM_CopyToServiceRequest/" + platform).c_str(),
-                                 BM_CopyToServiceRequest<Copier>)
+                                 BM_CopyToServiceRequest<Wayland>)
         ->Apply(perCopy);
     benchmark::RegisterBenchmark(("BM_CopyToClipboardNotice/" + platform).c_str(),
-                                 BM_CopyToClipboardNotice<Copier>)
+                                 BM_CopyToClipboardNotice<Wayland>)
         ->Apply(perCopy);
 }
 
@@ -118,9 +116,9 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     if (QGuiApplication::platformName() == QLatin1String("wayland"))
-        registerFor<WlCopy>("wayland");
+        registerFor<true>("wayland");
     else
-        registerFor<Xclip>("x11");
+        registerFor<false>("x11");
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

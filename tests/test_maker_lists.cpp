@@ -41,69 +41,49 @@ private Q_SLOTS:
         QTEST(list.sha256.toHex(), "sha256Hex");
     }
 
-    void sitesList_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<Records>("records");
-        QTest::newRow("two") << u"News|http://n<Maps|http://m"_s
-                             << Records{{u"News"_s, u"http://n"_s}, {u"Maps"_s, u"http://m"_s}};
-        QTest::newRow("trailing separator and line break")
-            << u"News|http://n\r\n<Maps|http://m<\r\n"_s
-            << Records{{u"News"_s, u"http://n"_s}, {u"Maps"_s, u"http://m"_s}};
-        QTest::newRow("no address") << u"Just a caption"_s << Records{{u"Just a caption"_s, {}}};
-        QTest::newRow("extra fields") << u"A|http://a|ignored"_s << Records{{u"A"_s, u"http://a"_s}};
-        QTest::newRow("empty") << QString() << Records{};
-        Records hundred;
-        for (int i = 0; i < 100; ++i)
-            hundred.append({u"S"_s, u"http://s"_s});
-        QTest::newRow("16 MiB keeps a hundred") << u"S|http://s<"_s.repeated((16 << 20) / 11) << hundred;
-    }
     void sitesList()
     {
-        QFETCH(QString, text);
-        QTEST(parseSitesList(text), "records");
+        const Records two{{u"News"_s, u"http://n"_s}, {u"Maps"_s, u"http://m"_s}};
+        const QList<std::pair<QString, Records>> rows{
+            {u"News|http://n<Maps|http://m"_s, two},
+            {u"News|http://n\r\n<Maps|http://m<\r\n"_s, two}, // a trailing separator and line break
+            {u"Just a caption"_s, {{u"Just a caption"_s, {}}}},
+            {u"A|http://a|ignored"_s, {{u"A"_s, u"http://a"_s}}},
+            {QString(), {}},
+            {u"S|http://s<"_s.repeated((16 << 20) / 11), Records(100, {u"S"_s, u"http://s"_s})}}; // 16 MiB
+        for (const auto& [text, records] : rows)
+            QCOMPARE(parseSitesList(text), records);
     }
 
-    void pageList_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("pages");
-        QTest::newRow("two") << u"http://a<|http://b"_s << QStringList{u"http://a"_s, u"http://b"_s};
-        QTest::newRow("trailing separator keeps an empty place")
-            << u"http://a<|http://b<|\r\n"_s << QStringList{u"http://a"_s, u"http://b"_s, QString()};
-        QTest::newRow("a lone < is part of the address")
-            << u"http://a?x<y"_s << QStringList{u"http://a?x<y"_s};
-        QTest::newRow("nothing") << QString() << QStringList{};
-        QTest::newRow("a hundred kept") << u"p<|"_s.repeated(150) << QStringList(100, u"p"_s);
-    }
     void pageList()
     {
-        QFETCH(QString, text);
-        QTEST(splitPageList(text), "pages");
+        const QList<std::pair<QString, QStringList>> rows{
+            {u"http://a<|http://b"_s, {u"http://a"_s, u"http://b"_s}},
+            {u"http://a<|http://b<|\r\n"_s, {u"http://a"_s, u"http://b"_s, QString()}}, // an empty place kept
+            {u"http://a?x<y"_s, {u"http://a?x<y"_s}}, // a lone < is part of the address
+            {QString(), {}},
+            {u"p<|"_s.repeated(150), QStringList(100, u"p"_s)}};
+        for (const auto& [text, pages] : rows)
+            QCOMPARE(splitPageList(text), pages);
     }
 
     // Which addresses go to the browser, and which update lists may replace the program.
-    void webLinks_data()
-    {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<bool>("web");
-        QTest::addColumn<bool>("trusted");
-        QTest::newRow("https") << u"https://maker.example/Update.txt"_s << true << true;
-        QTest::newRow("plain http") << u"http://maker.example/Update.txt"_s << true << false;
-        QTest::newRow("http on loopback") << u"HTTP://[::1]:8/Update.txt"_s << true << true;
-        QTest::newRow("file") << u"file:///etc/passwd"_s << false << false;
-        QTest::newRow("custom scheme") << u"steam://run/1"_s << false << false;
-        QTest::newRow("no host") << u"http:///x"_s << false << false;
-    }
     void webLinks()
     {
-        QFETCH(QString, address);
-        QStringList opened;
-        QTEST(
-            openWebAddress(QUrl(address), [&opened](const QUrl& u) { return opened << u.toString(), true; }),
-            "web");
-        QCOMPARE(opened.size(), isWebAddress(QUrl(address)) ? 1 : 0);
-        QTEST(isTrustedUpdateSource(QUrl(address)), "trusted");
+        const QList<std::tuple<QString, bool, bool>> rows{{u"https://maker.example/Update.txt"_s, true, true},
+                                                          {u"http://maker.example/Update.txt"_s, true, false},
+                                                          {u"HTTP://[::1]:8/Update.txt"_s, true, true},
+                                                          {u"file:///etc/passwd"_s, false, false},
+                                                          {u"steam://run/1"_s, false, false},
+                                                          {u"http:///x"_s, false, false}};
+        for (const auto& [address, web, trusted] : rows) {
+            QStringList opened;
+            const bool ok = openWebAddress(QUrl(address),
+                                           [&opened](const QUrl& u) { return opened << u.toString(), true; });
+            QVERIFY2(ok == web && opened.size() == (web ? 1 : 0) &&
+                         isTrustedUpdateSource(QUrl(address)) == trusted,
+                     qPrintable(address));
+        }
     }
 };
 

@@ -52,24 +52,19 @@ private Q_SLOTS:
         QFile::remove(ServiceBackoff::defaultFilePath()); // a wait left by an earlier run
     }
 
-    void pairsFromModeNames_data()
-    {
-        QTest::addColumn<QStringList>("modes");
-        QTest::addColumn<QString>("pairs");
-        QTest::newRow("plain beats variant")
-            << QStringList{"eng-spa", "spa-eng_US", "spa-eng"} << "en-es eng-spa, es-en spa-eng";
-        QTest::newRow("variant alone") << QStringList{"spa-eng_US"} << "es-en spa-eng_US";
-        QTest::newRow("two-letter") << QStringList{"fr-es", "es-pt"} << "es-pt es-pt, fr-es fr-es";
-        QTest::newRow("serbo-croatian") << QStringList{"hbs-eng", "eng-hbs_HR", "eng-hbs_SR"}
-                                        << "en-hr eng-hbs_HR, en-sr eng-hbs_SR, hr-en hbs-eng, sr-en hbs-eng";
-        QTest::newRow("norwegian") << QStringList{"nno-nob", "dan-nno", "dan-nob"} << "da-no dan-nob";
-        QTest::newRow("malay, urdu") << QStringList{"ind-zlm", "urd-hin"} << "id-ms ind-zlm, ur-hi urd-hin";
-        QTest::newRow("none") << QStringList{"eng-spa-tagger", "arg-cat", "eng-eng_US", ""} << "";
-    }
     void pairsFromModeNames()
     {
-        QFETCH(QStringList, modes);
-        QTEST(listed(offlinePairsFromModes(modes)), "pairs");
+        const QList<std::pair<QStringList, QString>> rows{
+            {{"eng-spa", "spa-eng_US", "spa-eng"}, "en-es eng-spa, es-en spa-eng"}, // plain beats variant
+            {{"spa-eng_US"}, "es-en spa-eng_US"},
+            {{"fr-es", "es-pt"}, "es-pt es-pt, fr-es fr-es"},
+            {{"hbs-eng", "eng-hbs_HR", "eng-hbs_SR"},
+             "en-hr eng-hbs_HR, en-sr eng-hbs_SR, hr-en hbs-eng, sr-en hbs-eng"},
+            {{"nno-nob", "dan-nno", "dan-nob"}, "da-no dan-nob"},
+            {{"ind-zlm", "urd-hin"}, "id-ms ind-zlm, ur-hi urd-hin"},
+            {{"eng-spa-tagger", "arg-cat", "eng-eng_US", ""}, ""}};
+        for (const auto& [modes, pairs] : rows)
+            QCOMPARE(listed(offlinePairsFromModes(modes)), pairs);
     }
 
     void everyCatalogueLanguageHasAFingerprint()
@@ -83,20 +78,14 @@ private Q_SLOTS:
         QCOMPARE(fingerprintName("iw"), "he");
     }
 
-    void unknownWordMarks_data()
-    {
-        QTest::addColumn<QString>("output");
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("marks") << u"The #a lot of @house"_s << u"muchos casa"_s << u"The a lot of house"_s;
-        QTest::newRow("source has #") << u"#tag and #a lot"_s << u"#tag y muchos"_s << u"#tag and #a lot"_s;
-        QTest::newRow("not marks") << u"5 # 3, a@b.org"_s << u"5 # 3, a@b.org"_s << u"5 # 3, a@b.org"_s;
-    }
     void unknownWordMarks()
     {
-        QFETCH(QString, output);
-        QFETCH(QString, source);
-        QTEST(withoutUnknownMarks(output, source), "shown");
+        // Output, source, shown.
+        for (const QStringList& row :
+             QList<QStringList>{{u"The #a lot of @house"_s, u"muchos casa"_s, u"The a lot of house"_s},
+                                {u"#tag and #a lot"_s, u"#tag y muchos"_s, u"#tag and #a lot"_s},
+                                {u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s}})
+            QCOMPARE(withoutUnknownMarks(row[0], row[1]), row[2]);
     }
 
     void translatesWithTheInstalledPair()
@@ -130,24 +119,18 @@ private Q_SLOTS:
         }
     }
 
-    void detectionAmongTheInstalledSources_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<QString>("mode");
-        QTest::newRow("English") << kEnglish << u"es"_s << u"eng-spa"_s;
-        QTest::newRow("Spanish") << u"El tiempo es bueno hoy y quiero ir a la playa."_s << u"en"_s
-                                 << u"spa-eng"_s;
-        QTest::newRow("two letters") << u"ok"_s << u"es"_s << QString();
-        QTest::newRow("Thai script") << u"วันนี้อากาศดีและฉันอยากไปทะเลมาก"_s << u"es"_s << QString();
-        QTest::newRow("no pair into Thai") << kEnglish << u"th"_s << QString();
-    }
     void detectionAmongTheInstalledSources()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, target);
         NEED_ENGLISH_SPANISH();
-        QTEST(m_engine.pairFor({text, "", target, "en"}).value_or(OfflinePair{}).mode, "mode");
+        // Text, target, the pair's mode or none.
+        for (const QStringList& row :
+             QList<QStringList>{{kEnglish, u"es"_s, u"eng-spa"_s},
+                                {u"El tiempo es bueno hoy y quiero ir a la playa."_s, u"en"_s, u"spa-eng"_s},
+                                {u"ok"_s, u"es"_s, QString()},
+                                {u"วันนี้อากาศดีและฉันอยากไปทะเลมาก"_s, u"es"_s, QString()},
+                                {kEnglish, u"th"_s, QString()}})
+            QVERIFY2(m_engine.pairFor({row[0], "", row[1], "en"}).value_or(OfflinePair{}).mode == row[2],
+                     qPrintable(row[0]));
     }
 
     void commandLine()

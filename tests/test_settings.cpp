@@ -62,28 +62,22 @@ private Q_SLOTS:
     }
 
     // Null content: no file at all, which reading must not create.
-    void handEditedFilesNeverBreakReading_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("read");
-        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;Tahoma|400|False|12|0|False|False|0"_s;
-        QTest::newRow("no file") << QByteArray() << defaults;
-        QTest::newRow("garbage values")
-            << QByteArray("[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n")
-            << u"1|2|zz;;-1;F;A,B"_s;
-        QTest::newRow("numbers and blanks")
-            << QByteArray("[Setup]\nOptions=1, 2\nAutoCopy=1\nStyle= 3 \n") << u"1,2;1;3;T;"_s + kDefaultFont;
-        QTest::newRow("other group") << QByteArray("[Other]\nLanguage=\nStyle=0\n") << defaults;
-        QTest::newRow("binary") << QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20) << defaults;
-    }
-
     void handEditedFilesNeverBreakReading()
     {
-        QFETCH(QByteArray, content);
-        const QString file = m_dir.filePath(QString::fromLatin1(QTest::currentDataTag()));
-        QVERIFY(content.isNull() || test::writeFile(file, content));
-        QTEST(summary(Settings(file)), "read");
-        QCOMPARE(QFile::exists(file), !content.isNull());
+        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;Tahoma|400|False|12|0|False|False|0"_s;
+        const QList<std::pair<QByteArray, QString>> rows{
+            {QByteArray(), defaults},
+            {"[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n",
+             u"1|2|zz;;-1;F;A,B"_s},
+            {"[Setup]\nOptions=1, 2\nAutoCopy=1\nStyle= 3 \n", u"1,2;1;3;T;"_s + kDefaultFont},
+            {"[Other]\nLanguage=\nStyle=0\n", defaults},
+            {QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20), defaults}};
+        for (const auto& [content, read] : rows) {
+            const QString file = m_dir.filePath(u"edited%1.conf"_s.arg(rows.indexOf({content, read})));
+            QVERIFY(content.isNull() || test::writeFile(file, content));
+            QCOMPARE(summary(Settings(file)), read);
+            QCOMPARE(QFile::exists(file), !content.isNull());
+        }
     }
 
     // Reading stops at the first missing or non-numeric field, and after the seventh.

@@ -97,25 +97,20 @@ private Q_SLOTS:
         QCOMPARE(test::readFile(file), encoded + encoded);
     }
 
-    void malformedInputBecomesReplacementCharacters_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("utf-8 bad byte") << QByteArray::fromHex("efbbbf61ff62") << u"a\uFFFDb"_s;
-        QTest::newRow("utf-8 cut sequence") << QByteArray::fromHex("efbbbf61e4bd") << u"a\uFFFD\uFFFD"_s;
-        QTest::newRow("utf-16 odd length") << QByteArray::fromHex("fffe410042") << u"A\uFFFD"_s;
-        QTest::newRow("utf-16 lone high") << QByteArray::fromHex("fffe00d84100") << u"\uFFFDA"_s;
-        QTest::newRow("utf-16 pair kept") << QByteArray::fromHex("fffe3dd800de") << u"😀"_s;
-        QTest::newRow("utf-32 too big") << QByteArray::fromHex("fffe00000000110041000000") << u"\uFFFDA"_s;
-        QTest::newRow("utf-32 surrogate") << QByteArray::fromHex("0000feff0000d80000000042") << u"\uFFFDB"_s;
-        QTest::newRow("utf-32 cut unit") << QByteArray::fromHex("fffe00004100000042") << u"A\uFFFD"_s;
-        QTest::newRow("legacy") << QByteArray::fromHex("812041") << u"\uFFFD A"_s;
-    }
-
     void malformedInputBecomesReplacementCharacters()
     {
-        QFETCH(QByteArray, data);
-        QTEST(decodeFileBytes(data, nullptr, "GBK"), "text");
+        const QList<std::pair<const char*, QString>> rows{
+            {"efbbbf61ff62", u"a\uFFFDb"_s},            // UTF-8, a bad byte
+            {"efbbbf61e4bd", u"a\uFFFD\uFFFD"_s},       // UTF-8, a cut sequence
+            {"fffe410042", u"A\uFFFD"_s},               // UTF-16, odd length
+            {"fffe00d84100", u"\uFFFDA"_s},             // UTF-16, a lone high surrogate
+            {"fffe3dd800de", u"😀"_s},                   // UTF-16, a pair kept
+            {"fffe00000000110041000000", u"\uFFFDA"_s}, // UTF-32, too big
+            {"0000feff0000d80000000042", u"\uFFFDB"_s}, // UTF-32, a surrogate
+            {"fffe00004100000042", u"A\uFFFD"_s},       // UTF-32, a cut unit
+            {"812041", u"\uFFFD A"_s}};                 // legacy
+        for (const auto& [hex, text] : rows)
+            QVERIFY2(decodeFileBytes(QByteArray::fromHex(hex), nullptr, "GBK") == text, hex);
     }
 
     // Missing and empty files: reading gives "", appending starts with a mark.

@@ -176,59 +176,50 @@ private Q_SLOTS:
         QVERIFY(!timer->isActive());
     }
 
-    void updateMessageWindow_data()
-    {
-        QTest::addColumn<int>("button");
-        QTest::addColumn<QStringList>("opens");
-        QTest::newRow("Details") << 0 << QStringList{u"http://site/Lastest.html"_s};
-        QTest::newRow("Download") << 1 << QStringList{u"http://site/q.tar"_s};
-        QTest::newRow("Next Time") << 2 << QStringList();
-    }
     void updateMessageWindow()
     {
-        QFETCH(int, button);
-        QStringList opened;
-        Form1 form(1, u"2.1.92|42|http://site/q.tar|Updates:\r\nfaster"_s,
-                   QUrl(u"http://site/Lastest.html"_s),
-                   [&opened](const QUrl& url) { return opened << url.toString(), true; });
-        form.show();
-        QCOMPARE(form.Text1()->toPlainText().replace(u'\r', QString()),
-                 u"Version: V2.1.92\nUpdates:\nfaster"_s);
-        form.jcbutton1(button)->click();
-        QTEST(opened, "opens");
-        QVERIFY(!form.isVisible());
+        // Details, Download, Next Time.
+        for (const auto& [button, opens] : {std::pair(0, u"http://site/Lastest.html"_s),
+                                            std::pair(1, u"http://site/q.tar"_s), std::pair(2, QString())}) {
+            QStringList opened;
+            Form1 form(1, u"2.1.92|42|http://site/q.tar|Updates:\r\nfaster"_s,
+                       QUrl(u"http://site/Lastest.html"_s),
+                       [&opened](const QUrl& url) { return opened << url.toString(), true; });
+            form.show();
+            QCOMPARE(form.Text1()->toPlainText().replace(u'\r', QString()),
+                     u"Version: V2.1.92\nUpdates:\nfaster"_s);
+            form.jcbutton1(button)->click();
+            QCOMPARE(opened.join(u' '), opens);
+            QVERIFY(!form.isVisible());
+        }
     }
 
-    void sitesMenu_data()
-    {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("served"); // the one list file the site has
-        QTest::addColumn<QString>("asked");  // the list files asked for, in order
-        QTest::newRow("French shares the Slovak list") << u"7"_s << u"CDlist26.txt"_s << u"CDlist26.txt"_s;
-        QTest::newRow("alternate") << u"1"_s << u"ZTlist21.txt"_s << u"CDlist21.txt ZTlist21.txt"_s;
-        QTest::newRow("none") << u"2"_s << QString() << u"CDlist22.txt ZTlist22.txt"_s;
-    }
     void sitesMenu()
     {
-        QFETCH(QString, language);
-        QFETCH(QString, served);
-        Rig rig(language);
-        if (!served.isEmpty())
-            rig.site.setList(served, {{u"News"_s, u"http://news"_s}, {u"Maps"_s, u"http://maps"_s}});
-        // Only the fixed item, and nothing asked, until the window has shown.
-        QCOMPARE(rig.sites()->actions().size(), 1);
-        QCOMPARE(rig.service.requests().size(), 0);
-        rig.showAndWaitForSites();
-        QStringList requested;
-        for (const auto& request : rig.service.requests())
-            requested << request.path().section(u'/', -1);
-        QTEST(requested.join(u' '), "asked");
-        const QString fixed = u"menuSite10="_s + StringTable::text(language.toInt(), 127);
-        QCOMPARE(rig.siteKeys(), served.isEmpty() ? fixed : u"menuSite0=News menuSite1=Maps "_s + fixed);
-        for (QAction* item : rig.sites()->actions())
-            item->trigger();
-        QCOMPARE(rig.opened.join(u' '), (served.isEmpty() ? QString() : u"http://news http://maps "_s) +
-                                            rig.site.url() + u"/sites.html"_s);
+        // The language, the one list file the site has, the list files asked for in order. French shares
+        // the Slovak list.
+        for (const auto& [language, served, asked] :
+             {std::tuple(u"7"_s, u"CDlist26.txt"_s, u"CDlist26.txt"_s),
+              std::tuple(u"1"_s, u"ZTlist21.txt"_s, u"CDlist21.txt ZTlist21.txt"_s),
+              std::tuple(u"2"_s, QString(), u"CDlist22.txt ZTlist22.txt"_s)}) {
+            Rig rig(language);
+            if (!served.isEmpty())
+                rig.site.setList(served, {{u"News"_s, u"http://news"_s}, {u"Maps"_s, u"http://maps"_s}});
+            // Only the fixed item, and nothing asked, until the window has shown.
+            QCOMPARE(rig.sites()->actions().size(), 1);
+            QCOMPARE(rig.service.requests().size(), 0);
+            rig.showAndWaitForSites();
+            QStringList requested;
+            for (const auto& request : rig.service.requests())
+                requested << request.path().section(u'/', -1);
+            QCOMPARE(requested.join(u' '), asked);
+            const QString fixed = u"menuSite10="_s + StringTable::text(language.toInt(), 127);
+            QCOMPARE(rig.siteKeys(), served.isEmpty() ? fixed : u"menuSite0=News menuSite1=Maps "_s + fixed);
+            for (QAction* item : rig.sites()->actions())
+                item->trigger();
+            QCOMPARE(rig.opened.join(u' '), (served.isEmpty() ? QString() : u"http://news http://maps "_s) +
+                                                rig.site.url() + u"/sites.html"_s);
+        }
     }
 
     void sitesMenuKeyCollisionAndLanguageChange()

@@ -121,14 +121,19 @@ QByteArray StandinService::answer(const Request& request) const
     const QString translation = translate(text, target);
     const QByteArray retryAfter =
         m_modes.retryAfter.isEmpty() ? QByteArray() : "Retry-After: " + m_modes.retryAfter + "\r\n";
-    if (form && m_modes.form == FormMode::Refused)
-        return reply(429, page("429 Too Many Requests"), "text/html", retryAfter);
-    if (form && !m_modes.formPage.isEmpty())
+    if (form && !m_modes.formPage.isEmpty() && m_modes.form != FormMode::Refused)
         return reply(200, m_modes.formPage);
-    if (form && m_modes.form == FormMode::HumanCheck)
-        return reply(200, kHumanCheckPage);
-    if (form && m_modes.form == FormMode::Sorry)
-        return reply(302, {}, "text/html", "Location: /sorry/index?continue=%2F\r\n");
+    if (form && m_modes.form != FormMode::Legacy) {
+        // Changed, Empty, Refused, HumanCheck, Sorry.
+        const std::tuple<int, QByteArray, QByteArray> answers[] = {
+            {200, "<html><body><c-wiz></c-wiz></body></html>", {}},
+            {200, {}, {}},
+            {429, page("429 Too Many Requests"), retryAfter},
+            {200, kHumanCheckPage, {}},
+            {302, {}, "Location: /sorry/index?continue=%2F\r\n"}};
+        const auto& [status, body, headers] = answers[int(m_modes.form) - 1];
+        return reply(status, body, "text/html", headers);
+    }
     if (path.startsWith(u"/sorry/"))
         return reply(429, "<html><body>Please show you're not a robot</body></html>", "text/html",
                      retryAfter);
@@ -139,9 +144,6 @@ QByteArray StandinService::answer(const Request& request) const
         const QByteArray next = rest == u"loop" ? "loop" : QByteArray::number(rest.toInt() - 1);
         return reply(302, {}, "text/html", "Location: /redirect/" + next + "\r\n");
     }
-    if (form && m_modes.form != FormMode::Legacy) // a changed page, or none
-        return reply(200,
-                     m_modes.form == FormMode::Changed ? "<html><body><c-wiz></c-wiz></body></html>" : "");
     if (form) {
         // The service wrote romanization line breaks as two spaces and left the dictionary unescaped.
         QString html =
