@@ -33,4 +33,8 @@ bool writeFile(const QString& path, const QByteArray& bytes);
 // The whole file, or an empty array when it cannot be read.
 QByteArray readFile(const QString& path);
 
+// Raises this process's threads (and the threads they start later) above ordinary load where allowed
+// (as root), so that a responsiveness measurement shows the window's own stalls, not the machine's.
+void raiseOwnPriority();
+
 } // namespace quillora::test

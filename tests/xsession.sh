@@ -16,7 +16,10 @@ if [ -z "${XDG_DESKTOP_PORTAL_DIR:-}" ]; then
   dbus-update-activation-environment XDG_DESKTOP_PORTAL_DIR
 fi
 exec 3>"$rundir/display"
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset >"$rundir/xvfb.log" 2>&1 &
+# Above ordinary load where allowed: responsiveness tests measure round trips through the server.
+boost=
+[ "$(id -u)" = 0 ] && boost="nice -n -10"
+$boost Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset >"$rundir/xvfb.log" 2>&1 &
 xvfb=$!
 for _ in $(seq 100); do [ -s "$rundir/display" ] && break; sleep 0.05; done
 if [ ! -s "$rundir/display" ]; then echo "Xvfb did not start" >&2; cat "$rundir/xvfb.log" >&2; exit 1; fi

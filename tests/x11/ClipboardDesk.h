@@ -238,6 +238,7 @@ public:
     }
     void start(QWidget&)
     {
+        raiseOwnPriority();
         m_running = true;
         m_sent = m_answered = 0;
         m_maxMs = 0;

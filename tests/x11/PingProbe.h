@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestSupport.h"
+
 #include <QProcess>
 #include <QRegularExpression>
 #include <QWindow>
@@ -29,6 +31,7 @@ public:
     // Starts pinging and returns once the probe listens for answers.
     bool start(WId window, int intervalMs = 20)
     {
+        raiseOwnPriority();
         m_process.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
                             QLatin1String("/tests/quillora-ping-probe"),
                         {QString::number(window), QString::number(intervalMs)});
