@@ -11,6 +11,7 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryFile>
@@ -108,8 +109,10 @@ int main(int argc, char** argv)
         say(QStringLiteral("usage: Update.exe <program name>"));
         return 2;
     }
+    // Started by its absolute path. Qt's own answer goes empty once the updater's file is gone, which
+    // happens when the program is started by hand meanwhile and removes a leftover updater.
     const QString program =
-        QDir(QCoreApplication::applicationDirPath()).filePath(args.join(QLatin1Char(' ')));
+        QFileInfo(QFile::decodeName(argv[0])).absoluteDir().filePath(args.join(QLatin1Char(' ')));
     const QString running = QFileInfo(program).canonicalFilePath();
     if (!waitUntilEnded(running.isEmpty() ? program : running))
         say(QStringLiteral("%1 is still running; going on").arg(program));
