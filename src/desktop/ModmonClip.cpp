@@ -16,13 +16,10 @@ ClipboardMonitor::ClipboardMonitor(QClipboard* clipboard, QObject* parent)
 {
     const QString platform = QGuiApplication::platformName();
     if (platform == QLatin1String("xcb"))
-        m_x11 = X11Clipboard::connectToDisplay();
+        if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+            m_x11 = X11Clipboard::connectToDisplay(x11->connection());
     if (m_x11) {
-        connect(m_x11.get(), &X11Clipboard::readDone, this,
-                [this](int purposes, ClipboardRead result, const QString& text) {
-                    // Qt keeps whether it owns the clipboard without asking the X server.
-                    onRead(purposes, result, text, m_clipboard->ownsClipboard());
-                });
+        connect(m_x11.get(), &X11Clipboard::readDone, this, &ClipboardMonitor::onRead);
         return;
     }
     if (platform != QLatin1String("wayland"))

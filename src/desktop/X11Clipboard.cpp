@@ -31,8 +31,10 @@ constexpr const char* kProtocolAtoms[] = {"CLIPBOARD", "TARGETS", "INCR", kPrope
 
 } // namespace
 
-std::unique_ptr<X11Clipboard> X11Clipboard::connectToDisplay(QObject* parent)
+std::unique_ptr<X11Clipboard> X11Clipboard::connectToDisplay(xcb_connection_t* ownConnection, QObject* parent)
 {
+    if (!ownConnection)
+        return nullptr;
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection)) {
         xcb_disconnect(connection);
@@ -48,12 +50,15 @@ std::unique_ptr<X11Clipboard> X11Clipboard::connectToDisplay(QObject* parent)
         xcb_disconnect(connection);
         return nullptr;
     }
-    return std::unique_ptr<X11Clipboard>(new X11Clipboard(connection, xfixes->first_event, parent));
+    return std::unique_ptr<X11Clipboard>(
+        new X11Clipboard(connection, xfixes->first_event, xcb_get_setup(ownConnection), parent));
 }
 
-X11Clipboard::X11Clipboard(xcb_connection_t* connection, uint8_t firstXFixesEvent, QObject* parent)
+X11Clipboard::X11Clipboard(xcb_connection_t* connection, uint8_t firstXFixesEvent, const xcb_setup_t* own,
+                           QObject* parent)
     : QObject(parent), m_connection(connection), m_firstXFixesEvent(firstXFixesEvent),
-      m_notifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read)
+      m_notifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read),
+      m_ownIdBase(own->resource_id_base), m_ownIdMask(own->resource_id_mask)
 {
     internAtoms();
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
@@ -156,6 +161,13 @@ void X11Clipboard::restart()
     const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_requestor, screen->root, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    // Whose clipboard this is, asked of the X server: the program's other connection may not have
+    // heard yet that another program took the clipboard from it.
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner(
+        xcb_get_selection_owner_reply(m_connection, xcb_get_selection_owner(m_connection, atom("CLIPBOARD")),
+                                      nullptr),
+        std::free);
+    m_owner = owner ? owner->owner : 0;
     m_types.clear();
     m_textType.clear();
     m_timeout.start(ClipboardOffer::kTimeoutMs);
@@ -266,7 +278,7 @@ void X11Clipboard::finish(ClipboardRead result, const QString& text)
     m_data.squeeze();
     const int purposes = std::exchange(m_purposes, 0);
     if (purposes && result != ClipboardRead::Nothing)
-        Q_EMIT readDone(purposes, result, text);
+        Q_EMIT readDone(purposes, result, text, m_owner && (m_owner & ~m_ownIdMask) == m_ownIdBase);
 }
 
 } // namespace quillora

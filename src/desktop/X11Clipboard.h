@@ -21,8 +21,10 @@ class X11Clipboard : public QObject
 {
     Q_OBJECT
 public:
-    // Null without an X display or its XFixes extension.
-    static std::unique_ptr<X11Clipboard> connectToDisplay(QObject* parent = nullptr);
+    // Null without an X display or its XFixes extension. `ownConnection` is the program's other
+    // connection, whose windows hold the program's own copies.
+    static std::unique_ptr<X11Clipboard> connectToDisplay(xcb_connection_t* ownConnection,
+                                                          QObject* parent = nullptr);
     ~X11Clipboard() override;
 
     // While watching, every new clipboard is read for ForNotice; switching on reads the current one.
@@ -31,12 +33,14 @@ public:
     void read(int purposes);
 
 Q_SIGNALS:
-    // A read that found text to take or text over the cap.
-    void readDone(int purposes, quillora::ClipboardRead result, const QString& text);
+    // A read that found text to take or text over the cap; `own` when a window of the program's other
+    // connection held the clipboard.
+    void readDone(int purposes, quillora::ClipboardRead result, const QString& text, bool own);
 
 private:
     enum class Step { Targets, Hint, Text };
-    X11Clipboard(xcb_connection_t* connection, uint8_t firstXFixesEvent, QObject* parent);
+    X11Clipboard(xcb_connection_t* connection, uint8_t firstXFixesEvent, const xcb_setup_t* own,
+                 QObject* parent);
     void internAtoms();
     void pump();
     void handle(const xcb_generic_event_t* event);
@@ -56,11 +60,14 @@ private:
     QSocketNotifier m_notifier;
     QTimer m_timeout;
     bool m_watching = false;
+    uint32_t m_ownIdBase;
+    uint32_t m_ownIdMask;
 
     // The read running, if m_requestor is set; each read has a window of its own so that an owner
     // still sending to an abandoned read cannot mix into the next one.
     xcb_window_t m_requestor = 0;
     int m_purposes = 0;
+    xcb_window_t m_owner = 0;
     Step m_step = Step::Targets;
     bool m_incremental = false;
     QList<QByteArray> m_types;
