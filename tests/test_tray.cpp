@@ -164,9 +164,9 @@ private Q_SLOTS:
         const QString icon = iconOf(program);
         // The icon window exists a moment before the tray has embedded it; a click then goes nowhere.
         bool appeared = false;
-        for (int attempt = 0; attempt < 5 && !appeared; ++attempt) {
+        for (int attempt = 0; attempt < 4 && !appeared; ++attempt) {
             QVERIFY(click(icon));
-            appeared = QTest::qWaitFor([&] { return shown(program); }, 3000);
+            appeared = QTest::qWaitFor([&] { return shown(program); }, 6000);
         }
         QVERIFY(appeared);
         QVERIFY(click(icon));
