@@ -2,7 +2,7 @@
 #include "x11/ClipboardDesk.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QFile>
 #include <QJsonArray>
@@ -20,8 +20,11 @@ const QString kBackend = "org.freedesktop.impl.portal.desktop.test";
 // Asks the back-end's control interface; Record answers what it was asked so far, as JSON.
 QDBusMessage backend(const QString& method, const QVariantList& args = {})
 {
-    QDBusInterface control(kBackend, "/org/freedesktop/portal/desktop", "org.zelvan.quillora.PortalBackend");
-    return control.callWithArgumentList(QDBus::Block, method, args);
+    // A plain call: QDBusInterface would introspect and keep a meta-object Qt never frees.
+    QDBusMessage call = QDBusMessage::createMethodCall(kBackend, "/org/freedesktop/portal/desktop",
+                                                       "org.zelvan.quillora.PortalBackend", method);
+    call.setArguments(args);
+    return QDBusConnection::sessionBus().call(call);
 }
 
 QJsonArray recorded(const char* what)
