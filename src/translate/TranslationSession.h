@@ -1,0 +1,73 @@
+#pragma once
+
+#include "translate/HistoryRing.h"
+#include "translate/TranslationRouter.h"
+
+#include <QObject>
+#include <QString>
+#include <memory>
+#include <optional>
+
+namespace quillora
+{
+
+// What one finished translation gives its user to show.
+struct SessionResult {
+    TranslationOutcome outcome;             // failure None on success
+    std::optional<OfflinePair> offlinePair; // set when the offline engine gave the outcome
+    bool uncovered = false; // offline only, and no installed pair covers it: nothing was run
+    QString source;         // the text as it was given
+    QString sourceCode;     // the languages it was sent with ("" = detect)
+    QString targetCode;
+    bool SourceSpeechOk = false; // a speech page was made for the source text
+    bool TranslationSpeechOk = false;
+};
+
+// One translation at a time, widget-free: the language state, the engines, the history ring with its
+// caching, the speech pages, the busy state and cancelling. Nothing here waits: translate(), cancel()
+// and goBack() return at once; the outcome comes by signal.
+class TranslationSession : public QObject
+{
+    Q_OBJECT
+public:
+    TranslationSession(TranslationEngine* service, OfflineEngine* offline, QString tempFolder,
+                       QObject* parent = nullptr);
+    ~TranslationSession() override;
+
+    // Language state by picker rows: source row 0 detects, row 1 is the separator (no change),
+    // catalogue index + 2 after; target and "hl" rows are catalogue indexes.
+    void setSourceRow(int row);
+    void setTargetRow(int row);
+    void setInterfaceRow(int row);
+    int sourceRow() const;
+    int targetRow() const;
+    const QString& SourceCode() const;
+    const QString& TargetCode() const;
+    const QString& InterfaceCode() const;
+
+    // Once on, on for the rest of the run.
+    void enableCaching();
+    bool CachingEnabled() const;
+
+    // Starts translating `text` (as typed) and returns at once; finished() follows exactly once,
+    // never from inside this call. False, with nothing started, while a translation runs.
+    bool translate(const QString& text, EngineChoice choice);
+    // The running translation ends Cancelled; nothing when idle.
+    void cancel();
+    bool Translating() const;
+    // Steps the history ring back and emits wentBack() with that slot before returning.
+    void goBack();
+    const HistoryRing& ring() const;
+    const QString& tempFolder() const;
+
+Q_SIGNALS:
+    void busyChanged(bool busy);
+    void finished(const SessionResult& result);
+    void wentBack(const HistorySlot& slot);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m;
+};
+
+} // namespace quillora
