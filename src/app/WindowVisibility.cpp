@@ -1,0 +1,81 @@
+#include "app/WindowVisibility.h"
+
+#include <QWidget>
+
+namespace quillora
+{
+
+WindowVisibility::WindowVisibility(QWidget* window) : QObject(window), m_window(window) {}
+
+void WindowVisibility::toggle()
+{
+    if (!m_meantShown) {
+        m_meantShown = true;
+        m_window->showNormal();
+        m_window->raise();
+        m_window->activateWindow();
+    } else {
+        m_meantShown = false;
+        askMinimised();
+    }
+}
+
+void WindowVisibility::minimise()
+{
+    m_meantShown = false;
+    askMinimised();
+}
+
+void WindowVisibility::askMinimised()
+{
+    m_minimiseAsked.start();
+    m_window->setWindowState(m_window->windowState() | Qt::WindowMinimized);
+}
+
+void WindowVisibility::setTrayPresent(bool present)
+{
+    m_trayPresent = present;
+    // A window that waits minimised in the task bar for want of a tray goes into the one that came up.
+    if (present && m_window->isMinimized() && !m_window->isHidden()) {
+        m_meantShown = false;
+        m_window->hide();
+        Q_EMIT hiddenToTray();
+    }
+}
+
+bool WindowVisibility::lateReport() const
+{
+    constexpr int kReportDelayMs = 1000;
+    return m_meantShown && m_minimiseAsked.isValid() && !m_minimiseAsked.hasExpired(kReportDelayMs);
+}
+
+void WindowVisibility::stateChanged()
+{
+    if (!m_window->isMinimized())
+        return;
+    if (lateReport()) {
+        QMetaObject::invokeMethod(m_window, &QWidget::showNormal, Qt::QueuedConnection);
+        return;
+    }
+    m_meantShown = false;
+    if (!m_trayPresent)
+        return;
+    // Hiding from inside the state change confuses some window managers; do it right after.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_meantShown || m_window->isHidden() || !m_trayPresent)
+                return;
+            m_window->hide();
+            Q_EMIT hiddenToTray();
+        },
+        Qt::QueuedConnection);
+}
+
+void WindowVisibility::shown(bool spontaneous)
+{
+    if (!spontaneous)
+        m_meantShown = true;
+}
+
+} // namespace quillora
