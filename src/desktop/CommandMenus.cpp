@@ -1,6 +1,7 @@
 #include "desktop/CommandMenus.h"
 
 #include "app/StringTable.h"
+#include "translate/LanguageCatalogue.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -25,6 +26,12 @@ const QString kTrayMenu = QStringLiteral("SYSMENU");
 const char* const kLanguageKeys[] = {"menuS201", "menuS202", "menuS203", "menuS204",
                                      "menuS212", "menuS213", "menuS214"};
 
+// The caption offset of a language item: the catalogue's own name of that language.
+int nameOf(const char* code)
+{
+    return LanguageNames + languageIndexForCode(QLatin1String(code));
+}
+
 QMenu* menuOf(const QHash<QString, QMenu*>& bars, const QString& name)
 {
     return bars.value(name, nullptr);
@@ -35,62 +42,62 @@ QMenu* menuOf(const QHash<QString, QMenu*>& bars, const QString& name)
 const QVector<MenuItemDef>& menuTable()
 {
     static const QVector<MenuItemDef> table = {
-        {"", "menuF", "&File", K::Submenu, -1, 1, "FILEMENU"},
-        {"FILEMENU", "menuF0", "Translate", K::Normal, 0, 2, ""},
+        {"", "menuF", "&File", K::Submenu, -1, MenuFile, "FILEMENU"},
+        {"FILEMENU", "menuF0", "Translate", K::Normal, 0, MenuTranslate, ""},
         {"FILEMENU", "FILE1:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"FILEMENU", "menuF1", "Open...", K::Normal, 1, 3, ""},
-        {"FILEMENU", "menuF2", "Save Results", K::Normal, 2, 4, ""},
+        {"FILEMENU", "menuF1", "Open...", K::Normal, 1, MenuOpen, ""},
+        {"FILEMENU", "menuF2", "Save Results", K::Normal, 2, MenuSaveResults, ""},
         {"FILEMENU", "FILE2:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"FILEMENU", "menuF3", "Exit", K::Normal, 3, 5, ""},
+        {"FILEMENU", "menuF3", "Exit", K::Normal, 3, MenuExit, ""},
 
-        {"", "menuS", "&Setting", K::Submenu, -1, 6, "EDITMENU"},
-        {"EDITMENU", "menuS0", "Auto Run When Logon Windows", K::Check, -1, 7, ""},
-        {"EDITMENU", "menuS5", "Auto copy the translation", K::Check, -1, 128, ""},
+        {"", "menuS", "&Setting", K::Submenu, -1, MenuSetting, "EDITMENU"},
+        {"EDITMENU", "menuS0", "Auto Run When Logon Windows", K::Check, -1, MenuAutoRun, ""},
+        {"EDITMENU", "menuS5", "Auto copy the translation", K::Check, -1, MenuAutoCopy, ""},
         {"EDITMENU", "SET1:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"EDITMENU", "menuS1", "Options", K::Normal, 4, 8, ""},
+        {"EDITMENU", "menuS1", "Options", K::Normal, 4, MenuOptions, ""},
         {"EDITMENU", "SET2:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"EDITMENU", "menuS2", "Language", K::Submenu, -1, 9, "LANGUAGEMENU"},
+        {"EDITMENU", "menuS2", "Language", K::Submenu, -1, MenuLanguage, "LANGUAGEMENU"},
         {"EDITMENU", "SET4:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"EDITMENU", "menuS4", "Seting Font...", K::Normal, 10, 117, ""},
+        {"EDITMENU", "menuS4", "Seting Font...", K::Normal, 10, MenuFont, ""},
         {"EDITMENU", "SET3:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"EDITMENU", "menuS3", "STYLE", K::Submenu, -1, 10, "STYLEMENU"},
+        {"EDITMENU", "menuS3", "STYLE", K::Submenu, -1, MenuStyle, "STYLEMENU"},
 
-        {"LANGUAGEMENU", "menuS201", "English", K::Option, -1, 53, ""},
-        {"LANGUAGEMENU", "menuS202", "Chinese(Simplified)", K::Option, -1, 47, ""},
-        {"LANGUAGEMENU", "menuS203", "Chinese(Traditional)", K::Option, -1, 48, ""},
-        {"LANGUAGEMENU", "menuS204", "Thai", K::Option, -1, 90, ""},
-        {"LANGUAGEMENU", "menuS205", "Indonesian", K::Option, -1, 67, ""},
-        {"LANGUAGEMENU", "menuS206", "Malay", K::Option, -1, 76, ""},
-        {"LANGUAGEMENU", "menuS207", "Hindi", K::Option, -1, 64, ""},
-        {"LANGUAGEMENU", "menuS208", "Turkish", K::Option, -1, 91, ""},
-        {"LANGUAGEMENU", "menuS209", "Polish", K::Option, -1, 80, ""},
-        {"LANGUAGEMENU", "menuS210", "Arabic", K::Option, -1, 40, ""},
-        {"LANGUAGEMENU", "menuS211", "Korean", K::Option, -1, 71, ""},
-        {"LANGUAGEMENU", "menuS212", "Spanish", K::Option, -1, 87, ""},
-        {"LANGUAGEMENU", "menuS213", "Slovak", K::Option, -1, 85, ""},
-        {"LANGUAGEMENU", "menuS214", "French", K::Option, -1, 57, ""},
+        {"LANGUAGEMENU", "menuS201", "English", K::Option, -1, nameOf("en"), ""},
+        {"LANGUAGEMENU", "menuS202", "Chinese(Simplified)", K::Option, -1, nameOf("zh-CN"), ""},
+        {"LANGUAGEMENU", "menuS203", "Chinese(Traditional)", K::Option, -1, nameOf("zh-TW"), ""},
+        {"LANGUAGEMENU", "menuS204", "Thai", K::Option, -1, nameOf("th"), ""},
+        {"LANGUAGEMENU", "menuS205", "Indonesian", K::Option, -1, nameOf("id"), ""},
+        {"LANGUAGEMENU", "menuS206", "Malay", K::Option, -1, nameOf("ms"), ""},
+        {"LANGUAGEMENU", "menuS207", "Hindi", K::Option, -1, nameOf("hi"), ""},
+        {"LANGUAGEMENU", "menuS208", "Turkish", K::Option, -1, nameOf("tr"), ""},
+        {"LANGUAGEMENU", "menuS209", "Polish", K::Option, -1, nameOf("pl"), ""},
+        {"LANGUAGEMENU", "menuS210", "Arabic", K::Option, -1, nameOf("ar"), ""},
+        {"LANGUAGEMENU", "menuS211", "Korean", K::Option, -1, nameOf("ko"), ""},
+        {"LANGUAGEMENU", "menuS212", "Spanish", K::Option, -1, nameOf("es"), ""},
+        {"LANGUAGEMENU", "menuS213", "Slovak", K::Option, -1, nameOf("sk"), ""},
+        {"LANGUAGEMENU", "menuS214", "French", K::Option, -1, nameOf("fr"), ""},
 
-        {"STYLEMENU", "STYLE:0", "Office XP", K::Option, -1, 11, ""},
-        {"STYLEMENU", "STYLE:1", "Office 2003", K::Option, -1, 114, ""},
-        {"STYLEMENU", "STYLE:2", "MS Money", K::Option, -1, 115, ""},
-        {"STYLEMENU", "STYLE:3", "System", K::Option, -1, 116, ""},
+        {"STYLEMENU", "STYLE:0", "Office XP", K::Option, -1, MenuStyleOfficeXp, ""},
+        {"STYLEMENU", "STYLE:1", "Office 2003", K::Option, -1, MenuStyleOffice2003, ""},
+        {"STYLEMENU", "STYLE:2", "MS Money", K::Option, -1, MenuStyleSkyBlue, ""},
+        {"STYLEMENU", "STYLE:3", "System", K::Option, -1, MenuStyleSystem, ""},
 
-        {"", "menuH", "&Help", K::Submenu, -1, 12, "HELPMENU"},
-        {"HELPMENU", "menuH1", "Online Help", K::Normal, -1, 13, ""},
-        {"HELPMENU", "menuH5", "Web Vesperin", K::Normal, -1, 119, ""},
-        {"HELPMENU", "menuH2", "Vesperin Home", K::Normal, 6, 14, ""},
-        {"HELPMENU", "menuH3", "About Vesperin", K::Normal, 7, 15, ""},
+        {"", "menuH", "&Help", K::Submenu, -1, MenuHelp, "HELPMENU"},
+        {"HELPMENU", "menuH1", "Online Help", K::Normal, -1, MenuOnlineHelp, ""},
+        {"HELPMENU", "menuH5", "Web Vesperin", K::Normal, -1, MenuWebHome, ""},
+        {"HELPMENU", "menuH2", "Vesperin Home", K::Normal, 6, MenuHome, ""},
+        {"HELPMENU", "menuH3", "About Vesperin", K::Normal, 7, MenuAbout, ""},
         {"HELPMENU", "HELP:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"HELPMENU", "menuH4", "Google Translate Home", K::Normal, 8, 16, ""},
+        {"HELPMENU", "menuH4", "Google Translate Home", K::Normal, 8, MenuGoogleHome, ""},
 
-        {"", "menuSite", "&Cool WebSite", K::Submenu, -1, 126, "SITEMENU"},
-        {"SITEMENU", "menuSite10", "", K::Normal, -1, 127, ""},
+        {"", "menuSite", "&Cool WebSite", K::Submenu, -1, MenuSites, "SITEMENU"},
+        {"SITEMENU", "menuSite10", "", K::Normal, -1, MenuFamousSites, ""},
 
         {"", "menuSYS", "SYS", K::Submenu, -1, 0, "SYSMENU"},
-        {"SYSMENU", "menuSYS1", "Open Translate Tool (F11)", K::Normal, 9, 18, ""},
-        {"SYSMENU", "menuSYS2", "Options", K::Normal, 4, 8, ""},
+        {"SYSMENU", "menuSYS1", "Open Translate Tool (F11)", K::Normal, 9, MenuShowHide, ""},
+        {"SYSMENU", "menuSYS2", "Options", K::Normal, 4, MenuOptions, ""},
         {"SYSMENU", "SYS:SEPARATOR", "", K::Separator, -1, 0, ""},
-        {"SYSMENU", "menuSYS3", "EXIT", K::Normal, 3, 5, ""},
+        {"SYSMENU", "menuSYS3", "EXIT", K::Normal, 3, MenuExit, ""},
     };
     return table;
 }

@@ -48,36 +48,36 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
         return StringTable::text(interfaceLanguage, offset);
     };
     setObjectName(QStringLiteral("Form2"));
-    setWindowTitle(text(30));
+    setWindowTitle(text(OptionsTitle));
     setModal(true);
 
     m_combo1 = makeCombo(QStringLiteral("Combo1"), targetPickerNames(interfaceLanguage), this);
     m_combo2 = makeCombo(QStringLiteral("Combo2"), sourcePickerNames(interfaceLanguage), this);
     m_combo3 = makeCombo(QStringLiteral("Combo3"), targetPickerNames(interfaceLanguage), this);
-    const int captions[4] = {34, 35, 23, 24};
+    const int captions[4] = {CheckMonitorClipboard, CheckCaching, CheckPhonetic, CheckDictionary};
     for (int i = 0; i < 4; ++i) {
         m_checks[i] = new QCheckBox(text(captions[i]), this);
         m_checks[i]->setObjectName(QStringLiteral("Check%1").arg(i + 1));
     }
 
     auto* grid = new QGridLayout;
-    grid->addWidget(makeLabel(QStringLiteral("Label1"), text(32), this), 0, 0);
+    grid->addWidget(makeLabel(QStringLiteral("Label1"), text(OptionsFrom), this), 0, 0);
     grid->addWidget(m_combo2, 0, 1);
-    grid->addWidget(makeLabel(QStringLiteral("Label2"), text(33), this), 1, 0);
+    grid->addWidget(makeLabel(QStringLiteral("Label2"), text(OptionsInto), this), 1, 0);
     grid->addWidget(m_combo3, 1, 1);
     grid->addWidget(m_checks[2], 2, 0);
     grid->addWidget(m_checks[3], 2, 1);
-    grid->addWidget(
-        makeLabel(QStringLiteral("EruLabel1"), QLatin1Char(' ') + text(31) + QStringLiteral("  "), this), 3,
-        0);
+    grid->addWidget(makeLabel(QStringLiteral("EruLabel1"),
+                              QLatin1Char(' ') + text(OptionsSystemLanguage) + QStringLiteral("  "), this),
+                    3, 0);
     grid->addWidget(m_combo1, 3, 1);
     grid->addWidget(m_checks[0], 4, 0, 1, 2);
     grid->addWidget(m_checks[1], 5, 0, 1, 2);
 
-    auto* ok = new QPushButton(text(36), this);
+    auto* ok = new QPushButton(text(ButtonOk), this);
     ok->setObjectName(QStringLiteral("Command1"));
     ok->setDefault(true);
-    auto* close = new QPushButton(text(37), this);
+    auto* close = new QPushButton(text(ButtonClose), this);
     close->setObjectName(QStringLiteral("Command2"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();

@@ -208,13 +208,14 @@ void SysTray::showWelcome()
 {
     const QString language = m_window->interfaceLanguage();
     refreshToolTip();
-    m_icon.showMessage(uiText(language, 17), uiText(language, 20) + QLatin1Char(' ') + versionText(),
+    m_icon.showMessage(uiText(language, WindowTitle),
+                       uiText(language, TrayWelcome) + QLatin1Char(' ') + versionText(),
                        QSystemTrayIcon::Information, kBalloonMs);
 }
 
 void SysTray::refreshToolTip()
 {
-    m_icon.setToolTip(uiText(m_window->interfaceLanguage(), 19));
+    m_icon.setToolTip(uiText(m_window->interfaceLanguage(), TrayToolTip));
 }
 
 void SysTray::onActivated(QSystemTrayIcon::ActivationReason reason)

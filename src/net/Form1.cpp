@@ -20,8 +20,8 @@ Form1::Form1(int interfaceLanguage, const QString& updateListText, const QUrl& l
     const auto text = [interfaceLanguage](int offset) {
         return StringTable::text(interfaceLanguage, offset);
     };
-    setWindowTitle(text(122));
-    m_prompt->setText(text(118));
+    setWindowTitle(text(UpdateTitle));
+    m_prompt->setText(text(MsgNewVersion));
     const UpdateList list = parseUpdateList(updateListText);
     m_number = list.number;
     m_download = list.download;
@@ -30,7 +30,7 @@ Form1::Form1(int interfaceLanguage, const QString& updateListText, const QUrl& l
     m_text->setPlainText(QStringLiteral("Version: V") + list.version + QStringLiteral("\r\n") + list.details);
 
     auto* buttons = new QHBoxLayout;
-    const std::array<int, 3> captions{123, 124, 125};
+    const std::array<int, 3> captions{ButtonDetails, ButtonDownload, ButtonNextTime};
     for (int i = 0; i < int(m_buttons.size()); ++i) {
         auto* button = new QPushButton(text(captions[i]), this);
         button->setObjectName(QStringLiteral("jcbutton1_%1").arg(i));

@@ -36,12 +36,12 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
     m_version = new QLabel(QStringLiteral("Ver:") + versionText(), this);
     m_version->setObjectName(QStringLiteral("Label6"));
 
-    setWindowTitle(StringTable::text(interfaceLanguage, 108));
+    setWindowTitle(StringTable::text(interfaceLanguage, AboutTitle));
     auto* texts = new QVBoxLayout;
     texts->addWidget(m_version);
-    for (int offset = 103; offset <= 107; ++offset) {
+    for (int offset = AboutFirstLine; offset <= AboutLastLine; ++offset) {
         auto* label = new QLabel(StringTable::text(interfaceLanguage, offset), this);
-        label->setObjectName(QStringLiteral("Label%1").arg(offset - 102));
+        label->setObjectName(QStringLiteral("Label%1").arg(offset - AboutFirstLine + 1));
         label->setWordWrap(true);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         texts->addWidget(label);
@@ -54,7 +54,7 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     buttons->setObjectName(QStringLiteral("Command1"));
-    buttons->button(QDialogButtonBox::Ok)->setText(StringTable::text(interfaceLanguage, 36));
+    buttons->button(QDialogButtonBox::Ok)->setText(StringTable::text(interfaceLanguage, ButtonOk));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(this);

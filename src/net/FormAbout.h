@@ -7,7 +7,7 @@ class QLabel;
 namespace quillora
 {
 
-// Version line "Ver:2.1.91", title 108 and texts 103-107 of the interface language.
+// Version line "Ver:2.1.91", title and texts of the interface language.
 class FormAbout : public QDialog
 {
     Q_OBJECT

@@ -2,6 +2,7 @@
 
 #include "Version.h"
 #include "app/StartupCommand.h"
+#include "app/StringTable.h"
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "net/MakerLists.h"
@@ -30,7 +31,7 @@ void UpdateCheck::Timer2_Timer()
 {
     m_timer->stop();
     if (!m_deps.connectivity->isOnline()) {
-        m_deps.notice(102, QMessageBox::Warning, QMessageBox::Ok);
+        m_deps.notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok);
         return;
     }
     // The fetch lets the window run on; it may be gone when the answer comes.
@@ -48,7 +49,7 @@ void UpdateCheck::Timer2_Timer()
     if (!isNewerVersion(versionText(), list.version))
         return;
     const QMessageBox::StandardButton answer =
-        m_deps.notice(118, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel);
+        m_deps.notice(MsgNewVersion, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel);
     if (!alive)
         return;
     if (answer != QMessageBox::Ok) {

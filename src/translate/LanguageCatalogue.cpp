@@ -21,9 +21,6 @@ constexpr std::array<const char*, kLanguageCount> kCodes = {
 // Arabic, Georgian, Hebrew, Persian, Urdu, Yiddish. Georgian is kept here on purpose.
 constexpr std::array<int, 6> kRightToLeft = {2, 21, 25, 41, 55, 58};
 
-constexpr int kFirstNameOffset = 38;
-constexpr int kDetectLanguageOffset = 99;
-
 } // namespace
 
 QString LanguageCode(int index)
@@ -52,13 +49,13 @@ QStringList targetPickerNames(int interfaceLanguage)
     QStringList names;
     names.reserve(kLanguageCount);
     for (int i = 0; i < kLanguageCount; ++i)
-        names.append(StringTable::text(interfaceLanguage, kFirstNameOffset + i));
+        names.append(StringTable::text(interfaceLanguage, LanguageNames + i));
     return names;
 }
 
 QStringList sourcePickerNames(int interfaceLanguage)
 {
-    QStringList names{StringTable::text(interfaceLanguage, kDetectLanguageOffset), kSeparatorRow};
+    QStringList names{StringTable::text(interfaceLanguage, DetectLanguage), kSeparatorRow};
     names.append(targetPickerNames(interfaceLanguage));
     return names;
 }
