@@ -1,44 +1,35 @@
 #include "app/FormMian.h"
 
-#include "app/FormMianPrivate.h"
 #include "app/LocaleChoice.h"
 #include "app/StringTable.h"
+#include "app/TranslatorPane.h"
 #include "app/UniTextBox.h"
+#include "app/WindowVisibility.h"
 #include "desktop/AutoStart.h"
+#include "desktop/ButtonRow.h"
 #include "desktop/CommandMenus.h"
-#include "desktop/ModFont.h"
 #include "desktop/ModHotKey.h"
 #include "desktop/ModmonClip.h"
-#include "desktop/VisualStyle.h"
+#include "desktop/TextPanes.h"
+#include "desktop/WebPageBar.h"
 #include "net/Connectivity.h"
+#include "net/PromotionPanel.h"
 #include "net/SitesMenu.h"
-#include "translate/LanguageCatalogue.h"
+#include "net/UpdateCheck.h"
 #include "translate/TempFolder.h"
-#include "translate/TranslationEngine.h"
+#include "translate/TranslationSession.h"
+#include "translate/WebPageAddress.h"
+#include "ui/HeldInput.h"
 
-#include <QAudioOutput>
-#include <QCheckBox>
+#include <QAction>
 #include <QCloseEvent>
-#include <QComboBox>
-#include <QCoreApplication>
-#include <QDesktopServices>
-#include <QFileDialog>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QKeyEvent>
-#include <QLabel>
 #include <QLayout>
-#include <QMediaPlayer>
 #include <QPlainTextEdit>
-#include <QProcess>
-#include <QPushButton>
 #include <QShowEvent>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolButton>
-#include <QUrl>
-#include <algorithm>
 
 namespace quillora
 {
@@ -46,293 +37,357 @@ namespace quillora
 namespace
 {
 
-QMessageBox::StandardButton showMessageBox(QWidget* owner, const NoticeRequest& request)
-{
-    QMessageBox box(request.icon, request.title, request.text, request.buttons,
-                    request.owned ? owner : nullptr);
-    return QMessageBox::StandardButton(box.exec());
-}
+constexpr int kBoxWidth = 710;
+constexpr int kMargin = 2;
+constexpr int kPicAdHeight = 60; // 900 twips
 
-QString chooseWithDialog(QWidget* owner, const FileDialogRequest& request)
+bool isInterfaceLanguage(const QString& language)
 {
-    QFileDialog dialog(owner, request.title);
-    dialog.setNameFilters(request.nameFilters);
-    if (request.mode == FileDialogRequest::Save) {
-        dialog.setAcceptMode(QFileDialog::AcceptSave);
-        dialog.setDefaultSuffix(request.defaultSuffix);
-    } else {
-        dialog.setFileMode(QFileDialog::ExistingFile);
-    }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    return dialog.selectedFiles().constFirst();
+    return language.size() == 1 && language.at(0) >= QLatin1Char('1') &&
+           language.at(0) <= QLatin1Char(char('0' + kInterfaceLanguageCount));
 }
 
 } // namespace
 
-FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
-    : q(owner), deps(given), tempFolder(temporaryFolder()), ring(tempFolder)
-{
-    if (!deps.connectivity) {
-        ownConnectivity = std::make_unique<SystemConnectivity>();
-        connectivity = ownConnectivity.get();
-    } else {
-        connectivity = deps.connectivity;
-    }
-    engine = deps.engine ? deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), owner);
-    router = std::make_unique<TranslationRouter>(
-        engine, deps.offline ? deps.offline : new OfflineEngine(QStringLiteral("apertium"), owner));
-    if (!deps.notice)
-        deps.notice = showMessageBox;
-    if (deps.programPath.isEmpty())
-        deps.programPath = QCoreApplication::applicationFilePath();
-    if (!deps.openUrl)
-        deps.openUrl = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
-    if (!deps.openAddress) {
-        // QUrl would re-encode what the user typed; the browser gets the text as built.
-        deps.openAddress = [open = deps.openUrl](const QString& address) {
-            return QProcess::startDetached(QStringLiteral("xdg-open"), {address}) ||
-                   open(QUrl(address, QUrl::TolerantMode));
-        };
-    }
-    if (!deps.chooseFile)
-        deps.chooseFile = chooseWithDialog;
-    if (!deps.runDialog)
-        deps.runDialog = [](QDialog* dialog) { return dialog->exec(); };
-}
-
-FormMian::Private::~Private() = default;
-
-QString FormMian::Private::text(int offset) const
-{
-    return uiText(language, offset);
-}
-
-QMessageBox::StandardButton FormMian::Private::notice(int offset, QMessageBox::Icon icon,
-                                                      QMessageBox::StandardButtons buttons, bool owned)
-{
-    NoticeRequest request;
-    request.icon = icon;
-    request.title = text(100);
-    request.text = text(offset);
-    request.buttons = buttons;
-    request.owned = owned;
-    return deps.notice(q, request);
-}
-
-const ServiceAddresses& FormMian::Private::addresses() const
-{
-    return engine->addresses();
-}
-
-bool FormMian::Private::openUrl(const QUrl& url) const
-{
-    return deps.openUrl(url);
-}
-
-int FormMian::Private::runDialog(QDialog* dialog) const
-{
-    return deps.runDialog(dialog);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Loading
-
-void FormMian::Private::Form_Load()
-{
-    q->setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
-    buildWidgets();
-
-    menus = new CommandMenus(q);
-    QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::dispatch);
-    buildSitesMenu();
-    clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), q);
-    // Queued: a text found on the clipboard at load is translated once the window runs, not while
-    // it is being built.
-    QObject::connect(clipboard, &ClipboardMonitor::textCopied, q, &FormMian::translateCopiedText,
-                     Qt::QueuedConnection);
-    QObject::connect(clipboard, &ClipboardMonitor::focusOnly, q,
-                     [this] { q->setStatusMessage(text(MsgClipboardFocus)); });
-    QObject::connect(clipboard, &ClipboardMonitor::pasteText, q,
-                     [this](const QString& pasted) { pasteClipboardText(pasted); });
-    QObject::connect(clipboard, &ClipboardMonitor::tooLarge, q, [this] {
-        q->setStatusMessage(text(MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB));
-    });
-
-    readMarks();
-    applyStyle();
-    applyCaptions();
-    applyOptions();
-
-    font = parseFont(deps.settings->fontText()).font;
-    ApplyFont(font, {sourceBox, resultBox, phoneticBox, dictionaryBox});
-
-    registerHotKey();
-    ucComText->setEditText(addresses().webAddressBoxDefault());
-    buildNetServices();
-}
-
-// ---------------------------------------------------------------------------------------------
-// The window
-
 FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
-    : QMainWindow(parent), d(std::make_unique<Private>(this, deps))
+    : QMainWindow(parent), m_deps(withDefaults(deps)), m_dialogs(this, m_deps)
 {
     Q_ASSERT(deps.settings);
-    deps.settings->setWriteFailureHandler(
-        [this](const QString& reason) { setStatusMessage(d->text(MsgSettingsNotSaved).arg(reason)); });
-    d->Form_Load();
+    m_deps.settings->setWriteFailureHandler(
+        [this](const QString& reason) { setStatusMessage(text(MsgSettingsNotSaved).arg(reason)); });
+    if (!m_deps.connectivity) {
+        m_ownConnectivity = std::make_unique<SystemConnectivity>();
+        m_connectivity = m_ownConnectivity.get();
+    } else {
+        m_connectivity = m_deps.connectivity;
+    }
+    m_engine = m_deps.engine ? m_deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), this);
+    auto* offline = m_deps.offline ? m_deps.offline : new OfflineEngine(QStringLiteral("apertium"), this);
+    m_session = new TranslationSession(m_engine, offline, temporaryFolder(), this);
+    Form_Load();
 }
 
 FormMian::~FormMian()
 {
-    d->deps.settings->setWriteFailureHandler({});
-    if (d->Translating)
-        d->router->cancel();
+    m_deps.settings->setWriteFailureHandler({});
 }
 
-QPlainTextEdit* FormMian::sourceBox() const
+void FormMian::Form_Load()
 {
-    return d->sourceBox;
+    setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+    buildWidgets();
+    m_menus = new CommandMenus(this);
+    connect(m_menus, &CommandMenus::triggered, this, &FormMian::dispatch);
+    m_sites = new SitesMenu(m_menus->bar(QStringLiteral("SITEMENU")), m_menus->action(QStringLiteral("menuSite10")),
+                            this, m_engine->addresses(), m_deps.openUrl);
+    connect(m_sites, &SitesMenu::triggered, this, &FormMian::dispatch);
+    readMarks();
+    applyStyle();
+    applyCaptions();
+    applyOptions();
+    m_font = parseFont(m_deps.settings->fontText()).font;
+    m_translator->applyFont(m_font);
+    registerHotKey();
+    m_webBar->setAddressText(m_engine->addresses().webAddressBoxDefault());
+    buildServices();
 }
-QPlainTextEdit* FormMian::resultBox() const
+
+void FormMian::buildWidgets()
 {
-    return d->resultBox;
+    m_clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), this);
+    // Queued: a text found on the clipboard at load is translated once the window runs.
+    connect(m_clipboard, &ClipboardMonitor::textCopied, this, &FormMian::translateCopiedText, Qt::QueuedConnection);
+    connect(m_clipboard, &ClipboardMonitor::focusOnly, this, [this] { setStatusMessage(text(MsgClipboardFocus)); });
+    connect(m_clipboard, &ClipboardMonitor::pasteText, this, [this](const QString& pasted) {
+        m_held->defer([this, pasted] { m_translator->insertPasted(pasted); });
+    });
+    connect(m_clipboard, &ClipboardMonitor::tooLarge, this,
+            [this] { setStatusMessage(text(MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB)); });
+
+    auto* central = new QWidget(this);
+    setCentralWidget(central);
+    // The promotion panel keeps its place below the menu bar.
+    m_picAD = new QFrame(central);
+    m_picAD->setObjectName(QStringLiteral("PicAD"));
+    m_picAD->setGeometry(kMargin, kMargin, kBoxWidth, kPicAdHeight);
+    m_translator = new TranslatorPane(central, m_session, m_connectivity, m_clipboard, m_engine->addresses(),
+                                      [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
+                                             bool owned) { notice(offset, icon, buttons, owned); });
+    m_translator->move(kMargin, kMargin * 2 + kPicAdHeight);
+    connect(m_translator, &TranslatorPane::status, this, &FormMian::setStatusMessage);
+    connect(m_translator, &TranslatorPane::translationFinished, this, [this] {
+        // What the user did meanwhile comes first, then the newest copied text.
+        m_held->release();
+        m_translator->takeWaitingCopy();
+        Q_EMIT translationFinished();
+    });
+    const int addressTop = m_translator->geometry().bottom() + 1 + 6;
+    m_webBar = new WebPageBar(
+        central, kMargin, addressTop,
+        [this](const QString& typed) {
+            return webPageTranslationAddress(m_engine->addresses().service, m_session->InterfaceCode(),
+                                             m_session->SourceCode(), m_session->TargetCode(), typed);
+        },
+        m_deps.openAddress);
+    central->setFixedSize(m_translator->width() + 2 * kMargin, addressTop + 24 + kMargin);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    statusBar()->setSizeGripEnabled(false);
+
+    m_visibility = new WindowVisibility(this);
+    connect(m_visibility, &WindowVisibility::hiddenToTray, this, &FormMian::hiddenToTray);
+    m_held = new HeldInput(this, [this] { m_session->cancel(); });
+    connect(m_session, &TranslationSession::busyChanged, this, [this](bool busy) {
+        if (busy)
+            m_held->hold();
+    });
 }
-QPlainTextEdit* FormMian::phoneticBox() const
+
+void FormMian::buildServices()
 {
-    return d->phoneticBox;
+    UpdateCheckDeps check;
+    check.connectivity = m_connectivity;
+    check.notice = [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons) {
+        NoticeRequest request{icon, text(NoticeTitle), text(offset), buttons, true};
+        return m_deps.notice(this, request);
+    };
+    check.openUrl = m_deps.openUrl;
+    check.startProgram = m_deps.startProgram;
+    check.exitProgram = [this] { requestExit(); };
+    check.programPath = m_deps.programPath;
+    check.addresses = m_engine->addresses();
+    m_updateCheck = new UpdateCheck(std::move(check), this);
+    m_promotion =
+        new PromotionPanel(m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
 }
-QPlainTextEdit* FormMian::dictionaryBox() const
+
+void FormMian::registerHotKey()
 {
-    return d->dictionaryBox;
+    if (!m_deps.registerHotKey)
+        return;
+    m_hotKey = GlobalHotKey::create();
+    connect(m_hotKey.get(), &GlobalHotKey::activated, this, &FormMian::toggleShowHide);
+    // A key held by another program has its own text, shown before the reason arrives.
+    auto taken = std::make_shared<bool>(false);
+    connect(m_hotKey.get(), &GlobalHotKey::keyTaken, this, [this, taken] {
+        *taken = true;
+        setStatusMessage(text(MsgHotKeyTaken));
+    });
+    connect(m_hotKey.get(), &GlobalHotKey::unavailable, this, [this, taken](const QString& reason) {
+        qWarning("Global key F11 unavailable: %s", qPrintable(reason));
+        if (!*taken)
+            setStatusMessage(text(MsgHotKeyOff));
+    });
+    m_hotKey->registerKey();
 }
-const QString& FormMian::response() const
+
+void FormMian::readMarks()
 {
-    return d->response;
+    const Settings& settings = *m_deps.settings;
+    QString stored = settings.language();
+    if (stored.isEmpty())
+        stored = chooseInterfaceLanguage();
+    m_language = isInterfaceLanguage(stored) ? stored : QStringLiteral("1");
+    m_menus->checkLanguageItem(m_language.toInt());
+    m_menus->action(QStringLiteral("menuS0"))->setChecked(isAutoRunRegistered(m_deps.programPath));
+    m_translator->setAutoCopy(settings.autoCopy());
+    m_menus->action(QStringLiteral("menuS5"))->setChecked(settings.autoCopy());
+    m_style = settings.style();
+    m_menus->checkStyleItem(m_style);
 }
-QComboBox* FormMian::combo1() const
+
+void FormMian::applyStyle()
 {
-    return d->Combo1;
+    m_translator->applyStyle(m_style);
 }
-QComboBox* FormMian::combo2() const
+
+// Captions differ in length between languages: labels and check boxes take the room their text
+// needs, the pickers and the address box share what is left of their rows.
+void FormMian::applyCaptions()
 {
-    return d->Combo2;
+    const int language = m_language.toInt();
+    m_menus->applyCaptions(language);
+    m_sites->rebuild(language);
+    setWindowTitle(text(WindowTitle));
+    m_translator->applyCaptions(language);
+    m_webBar->applyCaptions(language);
+    m_webBar->fit(kBoxWidth);
 }
-QCheckBox* FormMian::check1() const
+
+// The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;
+// the text area applies all but clipboard monitoring.
+void FormMian::applyOptions()
 {
-    return d->Check1;
+    const Options options = m_deps.settings->options();
+    if (!m_translator->applyOptions(options) || !options.monitorClipboard)
+        return;
+    // A restart takes the clipboard's current text again, also when monitoring already ran.
+    m_clipboard->setMonitoring(false);
+    m_clipboard->setMonitoring(*options.monitorClipboard);
 }
-QCheckBox* FormMian::check2() const
+
+QString FormMian::text(int offset) const
 {
-    return d->Check2;
+    return uiText(m_language, offset);
 }
-QComboBox* FormMian::ucComText() const
+
+void FormMian::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned)
 {
-    return d->ucComText;
+    m_deps.notice(this, {icon, text(NoticeTitle), text(offset), buttons, owned});
 }
-ClipboardMonitor* FormMian::clipboardMonitor() const
+
+void FormMian::dispatch(const QString& key)
 {
-    return d->clipboard;
+    const std::optional<CommandChoice> choice = commandForKey(key);
+    if (!choice)
+        return;
+    const bool atOnce = choice->command == Command::Exit || choice->command == Command::ShowHide;
+    if (atOnce || !m_session->Translating())
+        run(*choice);
+    else
+        m_held->defer([this, chosen = *choice] { run(chosen); });
 }
-bool FormMian::isTranslating() const
+
+void FormMian::run(const CommandChoice& choice)
 {
-    return d->Translating;
-}
-bool FormMian::exitRequested() const
-{
-    return d->exitRequested;
-}
-bool FormMian::trayPresent() const
-{
-    return d->trayPresent;
-}
-void FormMian::setTrayPresent(bool present)
-{
-    d->trayPresent = present;
-    // A window that waits minimised in the task bar for want of a tray goes into the one that came up.
-    if (present && isMinimized() && !isHidden()) {
-        d->meantShown = false;
-        hide();
-        Q_EMIT hiddenToTray();
+    const ServiceAddresses& addresses = m_engine->addresses();
+    switch (choice.command) {
+    case Command::Translate:
+        jcbuttonClick(ButtonRow::Translate);
+        break;
+    case Command::Open:
+        if (const std::optional<QString> content = m_dialogs.openTextFile(m_language.toInt())) {
+            setBoxText(m_translator->panes()->source(), *content);
+            jcbuttonClick(ButtonRow::Translate);
+        }
+        break;
+    case Command::SaveResults:
+        m_dialogs.saveResults(m_language.toInt(), m_translator->panes()->texts());
+        break;
+    case Command::Exit:
+        requestExit();
+        break;
+    case Command::AutoRun:
+        SetAutoRun(m_menus->action(choice.key)->isChecked(), m_deps.programPath);
+        break;
+    case Command::AutoCopy:
+        m_translator->setAutoCopy(m_menus->action(choice.key)->isChecked());
+        m_deps.settings->setAutoCopy(m_menus->action(choice.key)->isChecked());
+        break;
+    case Command::Options:
+        if (m_dialogs.options(m_language.toInt()))
+            applyOptions();
+        break;
+    case Command::Font:
+        m_font = m_dialogs.chooseFont(m_font);
+        break;
+    case Command::Language:
+        setLanguage(choice.argument);
+        break;
+    case Command::Style:
+        m_deps.settings->setStyle(choice.argument);
+        m_style = choice.argument;
+        applyStyle();
+        break;
+    case Command::OnlineHelp:
+        m_deps.openUrl(addresses.onlineHelp());
+        break;
+    case Command::ProductHome:
+        m_deps.openUrl(addresses.productHome());
+        break;
+    case Command::ServiceHome:
+        m_deps.openUrl(addresses.serviceHome(m_session->InterfaceCode()));
+        break;
+    case Command::OutsideTranslator:
+        m_deps.openUrl(addresses.outsideTranslator());
+        break;
+    case Command::About:
+        m_dialogs.about(m_language.toInt());
+        break;
+    case Command::Site:
+        m_sites->open(choice.key);
+        break;
+    case Command::ShowHide:
+        toggleShowHide();
+        break;
     }
 }
-QString FormMian::interfaceLanguage() const
+
+// Languages without a string table change nothing.
+void FormMian::setLanguage(int number)
 {
-    return d->language;
+    if (number < 1)
+        return;
+    m_language = QString::number(number);
+    m_deps.settings->setLanguage(m_language);
+    applyCaptions();
+    m_menus->checkLanguageItem(number);
+    Q_EMIT interfaceLanguageChanged();
 }
+
+void FormMian::jcbuttonClick(int index)
+{
+    m_translator->jcbuttonClick(index);
+}
+
+void FormMian::translateCopiedText(const QString& text)
+{
+    m_translator->translateCopiedText(text);
+}
+
+bool FormMian::isTranslating() const
+{
+    return m_session->Translating();
+}
+
+QMenu* FormMian::systemMenu() const
+{
+    return m_menus->bar(QStringLiteral("SYSMENU"));
+}
+
+void FormMian::toggleShowHide()
+{
+    m_visibility->toggle();
+}
+
+void FormMian::setTrayPresent(bool present)
+{
+    m_visibility->setTrayPresent(present);
+}
+
+bool FormMian::trayPresent() const
+{
+    return m_visibility->trayPresent();
+}
+
 QString FormMian::statusMessage() const
 {
     return statusBar()->currentMessage();
 }
+
 void FormMian::setStatusMessage(const QString& text)
 {
     statusBar()->showMessage(text);
 }
 
-QAbstractButton* FormMian::jcbutton(int index) const
-{
-    return index >= 0 && index < int(d->jcbutton.size()) ? d->jcbutton[index] : nullptr;
-}
-
-QAbstractButton* FormMian::speakerButton(int slot) const
-{
-    return slot >= 0 && slot < int(d->speaker.size()) ? d->speaker[slot] : nullptr;
-}
-
-QAction* FormMian::action(const QString& key) const
-{
-    return d->menus->action(key);
-}
-
-QMenu* FormMian::systemMenu() const
-{
-    return d->menus->bar(QStringLiteral("SYSMENU"));
-}
-
-// Decided by the program's own state: the window manager reports earlier requests late.
-void FormMian::toggleShowHide()
-{
-    d->lastToggle.start();
-    if (!d->meantShown) {
-        d->meantShown = true;
-        showNormal();
-        raise();
-        activateWindow();
-    } else {
-        d->meantShown = false;
-        setWindowState(windowState() | Qt::WindowMinimized);
-    }
-}
-
-// A report that contradicts a toggle of the last moment is a late one about an earlier request.
-bool FormMian::Private::lateReport() const
-{
-    constexpr int kReportDelayMs = 1000;
-    return lastToggle.isValid() && !lastToggle.hasExpired(kReportDelayMs);
-}
-
 void FormMian::requestExit()
 {
-    d->exitRequested = true;
-    if (d->Translating)
-        d->router->cancel();
-    d->clipboard->setMonitoring(false);
+    m_exitRequested = true;
+    m_session->cancel();
+    m_clipboard->setMonitoring(false);
     close();
 }
 
 void FormMian::closeEvent(QCloseEvent* event)
 {
-    if (!d->exitRequested) {
+    if (!m_exitRequested) {
         // Closing never ends the program: it minimises, and with a tray that hides the window there.
         event->ignore();
-        d->meantShown = false;
-        setWindowState(windowState() | Qt::WindowMinimized);
+        m_visibility->minimise();
         return;
     }
-    d->clipboard->setMonitoring(false);
-    if (d->hotKey)
-        d->hotKey->releaseKey();
+    m_clipboard->setMonitoring(false);
+    if (m_hotKey)
+        m_hotKey->releaseKey();
     event->accept();
     Q_EMIT exiting();
 }
@@ -340,41 +395,14 @@ void FormMian::closeEvent(QCloseEvent* event)
 void FormMian::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || !isMinimized())
-        return;
-    if (d->meantShown && d->lateReport()) {
-        QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
-        return;
-    }
-    d->meantShown = false;
-    if (!d->trayPresent)
-        return;
-    // Hiding from inside the state change confuses some window managers; do it right after.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (d->meantShown || isHidden() || !d->trayPresent)
-                return;
-            hide();
-            Q_EMIT hiddenToTray();
-        },
-        Qt::QueuedConnection);
+    if (event->type() == QEvent::WindowStateChange)
+        m_visibility->stateChanged();
 }
 
 void FormMian::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    if (!event->spontaneous())
-        d->meantShown = true;
-}
-
-void FormMian::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape && d->Translating) {
-        d->router->cancel();
-        return;
-    }
-    QMainWindow::keyPressEvent(event);
+    m_visibility->shown(event->spontaneous());
 }
 
 } // namespace quillora

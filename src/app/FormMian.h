@@ -1,73 +1,35 @@
 #pragma once
 
+#include "app/DialogCommands.h"
+#include "app/Settings.h"
+#include "app/WindowDeps.h"
+
 #include <QMainWindow>
-#include <QMessageBox>
-#include <QStringList>
-#include <functional>
 #include <memory>
 
-class QAbstractButton;
-class QAction;
-class QCheckBox;
-class QComboBox;
-class QDialog;
+class QFrame;
 class QMenu;
-class QPlainTextEdit;
-class QUrl;
 
 namespace quillora
 {
 
 class ClipboardMonitor;
+class CommandMenus;
 class ConnectivityProbe;
-class OfflineEngine;
+class GlobalHotKey;
+class HeldInput;
 class PromotionPanel;
 class SitesMenu;
+class TranslationSession;
+class TranslatorPane;
 class UpdateCheck;
-class Settings;
-class TranslationEngine;
+class WebPageBar;
+class WindowVisibility;
+struct CommandChoice;
 
-// A message box request; tests replace the shower to answer without a human.
-struct NoticeRequest {
-    QMessageBox::Icon icon = QMessageBox::Information;
-    QString title;
-    QString text;
-    QMessageBox::StandardButtons buttons = QMessageBox::Ok;
-    bool owned = true; // false: no owner window
-};
-using NoticeShower = std::function<QMessageBox::StandardButton(QWidget* owner, const NoticeRequest&)>;
-
-// A file dialog request (open or save); tests answer it with a path or "" for cancel.
-struct FileDialogRequest {
-    enum Mode { Open, Save };
-    Mode mode = Open;
-    QString title;
-    QStringList nameFilters;
-    QString defaultSuffix;
-};
-using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;
-using UrlOpener = std::function<bool(const QUrl&)>;
-// Opens an address exactly as written, for addresses the program builds as text.
-using AddressOpener = std::function<bool(const QString&)>;
-using DialogRunner = std::function<int(QDialog*)>; // returns QDialog::DialogCode
-using ProgramStarter = std::function<bool(const QString& program, const QStringList& arguments)>;
-
-// What the main window is built with; all of it has defaults for the real program.
-struct FormMianDeps {
-    Settings* settings = nullptr;              // required
-    ConnectivityProbe* connectivity = nullptr; // default: the system's
-    TranslationEngine* engine = nullptr;       // default: one of its own
-    OfflineEngine* offline = nullptr;          // default: one of its own, on the installed pairs
-    NoticeShower notice;                       // default: a real QMessageBox
-    QString programPath;                       // default: QCoreApplication::applicationFilePath()
-    bool registerHotKey = true;                // tests on offscreen pass false
-    UrlOpener openUrl;                         // default: QDesktopServices::openUrl
-    AddressOpener openAddress;                 // default: xdg-open, else openUrl
-    FileChooser chooseFile;                    // default: a QFileDialog
-    DialogRunner runDialog;                    // default: QDialog::exec
-    ProgramStarter startProgram;               // default: QProcess::startDetached
-};
-
+// The program's one main window: its menus, status line, showing and hiding, and the parts it is
+// made of (text panes, language pickers, buttons, speakers, the web page bar, the promotion panel),
+// tied to one translation session.
 class FormMian : public QMainWindow
 {
     Q_OBJECT
@@ -82,39 +44,19 @@ public:
     void translateCopiedText(const QString& text);
     bool isTranslating() const;
 
-    QPlainTextEdit* sourceBox() const;
-    QPlainTextEdit* resultBox() const;
-    QPlainTextEdit* phoneticBox() const;
-    QPlainTextEdit* dictionaryBox() const;
-    QComboBox* combo1() const;       // target
-    QComboBox* combo2() const;       // source
-    const QString& response() const; // the raw answer, shown nowhere
-    QAbstractButton* jcbutton(int index) const;
-    QAbstractButton* speakerButton(int slot) const; // 0 translation, 1 source
-    QCheckBox* check1() const;                      // "Show phonetically"
-    QCheckBox* check2() const;                      // "Show dictionary"
-    QComboBox* ucComText() const;                   // web page address box
-    ClipboardMonitor* clipboardMonitor() const;
-    UpdateCheck* updateCheck() const;       // `Timer2`
-    SitesMenu* sitesMenu() const;           // "menuSite"
-    PromotionPanel* promotionPanel() const; // `Timer3`, `WebBrowser3`, `jcbutton2`
+    QMenu* systemMenu() const; // "SYSMENU", the tray menu
+    // Runs the command of a menu key ("menuF0", "STYLE:2", ...); while a translation runs, every
+    // command but the way out and the show/hide toggle waits for its end.
+    void dispatch(const QString& key);
 
-    QAction* action(const QString& key) const; // menu item by key ("menuF0", "STYLE:2", ...)
-    QMenu* systemMenu() const;                 // "SYSMENU", the tray menu
-    void dispatch(const QString& key);         // runs the command of a menu key
-
-    // The show/hide toggle shared by the tray icon, F11 and "menuSYS1".
     void toggleShowHide();
     // "Exit": sets the exit flag and closes for real.
     void requestExit();
-    bool exitRequested() const;
-
-    // Where there is a tray the window hides there when minimised or closed; without one it
-    // stays minimised in the task bar so it can always be reached.
+    bool exitRequested() const { return m_exitRequested; }
     void setTrayPresent(bool present);
     bool trayPresent() const;
 
-    QString interfaceLanguage() const; // "1".."7"
+    QString interfaceLanguage() const { return m_language; } // "1".."7"
     QString statusMessage() const;
     void setStatusMessage(const QString& text);
 
@@ -128,11 +70,44 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    void Form_Load();
+    void buildWidgets();
+    void buildServices();
+    void registerHotKey();
+    void readMarks();
+    void applyStyle();
+    void applyCaptions();
+    void applyOptions();
+    void setLanguage(int number);
+    void run(const CommandChoice& choice);
+
+    QString text(int offset) const;
+    void notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned);
+
+    FormMianDeps m_deps;
+    DialogCommands m_dialogs;
+    std::unique_ptr<ConnectivityProbe> m_ownConnectivity;
+    ConnectivityProbe* m_connectivity = nullptr;
+    TranslationEngine* m_engine = nullptr;
+    TranslationSession* m_session = nullptr;
+    QFrame* m_picAD = nullptr;
+    TranslatorPane* m_translator = nullptr;
+    WebPageBar* m_webBar = nullptr;
+    CommandMenus* m_menus = nullptr;
+    SitesMenu* m_sites = nullptr;
+    UpdateCheck* m_updateCheck = nullptr;
+    PromotionPanel* m_promotion = nullptr;
+    ClipboardMonitor* m_clipboard = nullptr;
+    WindowVisibility* m_visibility = nullptr;
+    HeldInput* m_held = nullptr;
+    std::unique_ptr<GlobalHotKey> m_hotKey;
+
+    QString m_language = QStringLiteral("1");
+    int m_style = 2;
+    FontSetting m_font;
+    bool m_exitRequested = false;
 };
 
 } // namespace quillora

@@ -1,11 +1,22 @@
 #include "app/WindowVisibility.h"
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 namespace quillora
 {
 
-WindowVisibility::WindowVisibility(QWidget* window) : QObject(window), m_window(window) {}
+WindowVisibility::WindowVisibility(QWidget* window, Clock clock)
+    : QObject(window), m_window(window), m_clock(std::move(clock))
+{
+    if (!m_clock) {
+        m_clock = [started = std::make_shared<QElapsedTimer>()] {
+            if (!started->isValid())
+                started->start();
+            return started->elapsed();
+        };
+    }
+}
 
 void WindowVisibility::toggle()
 {
@@ -28,7 +39,7 @@ void WindowVisibility::minimise()
 
 void WindowVisibility::askMinimised()
 {
-    m_minimiseAsked.start();
+    m_minimiseAsked = m_clock();
     m_window->setWindowState(m_window->windowState() | Qt::WindowMinimized);
 }
 
@@ -46,7 +57,7 @@ void WindowVisibility::setTrayPresent(bool present)
 bool WindowVisibility::lateReport() const
 {
     constexpr int kReportDelayMs = 1000;
-    return m_meantShown && m_minimiseAsked.isValid() && !m_minimiseAsked.hasExpired(kReportDelayMs);
+    return m_meantShown && m_minimiseAsked >= 0 && m_clock() - m_minimiseAsked < kReportDelayMs;
 }
 
 void WindowVisibility::stateChanged()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
+#include <functional>
 
 class QWidget;
 
@@ -15,7 +15,8 @@ class WindowVisibility : public QObject
 {
     Q_OBJECT
 public:
-    explicit WindowVisibility(QWidget* window);
+    using Clock = std::function<qint64()>; // milliseconds, monotonic
+    explicit WindowVisibility(QWidget* window, Clock clock = {});
 
     // The toggle shared by the tray icon, F11 and "menuSYS1".
     void toggle();
@@ -40,7 +41,8 @@ private:
     QWidget* m_window;
     bool m_trayPresent = false;
     bool m_meantShown = false;
-    QElapsedTimer m_minimiseAsked;
+    Clock m_clock;
+    qint64 m_minimiseAsked = -1; // when we last asked for a minimise
 };
 
 } // namespace quillora

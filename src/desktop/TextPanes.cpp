@@ -138,6 +138,11 @@ void TextPanes::showResults(const QString& translation, const QString& romanizat
     setBoxText(m_dictionary, dictionary);
 }
 
+ResultTexts TextPanes::texts() const
+{
+    return {boxText(m_source), boxText(m_result), boxText(m_phonetic), boxText(m_dictionary)};
+}
+
 void TextPanes::clearResults()
 {
     for (QPlainTextEdit* box : {m_result, m_phonetic, m_dictionary})

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Settings.h"
+#include "desktop/ResultsFile.h"
 
 #include <QList>
 #include <QObject>
@@ -38,6 +39,8 @@ public:
     void setSourceRightToLeft(bool rightToLeft);
     void setTargetRightToLeft(bool rightToLeft);
 
+    // What the four boxes hold, for the results file.
+    ResultTexts texts() const;
     void showResults(const QString& translation, const QString& romanization, const QString& dictionary);
     void clearResults();
 

@@ -1,0 +1,12 @@
+#include "parts/Parts.h"
+
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    int failed = 0;
+    for (auto* run : {testHeldInput, testWindowVisibility, testTextPanes, testLanguagePickers, testWebPageBar})
+        failed += run(argc, argv);
+    return failed;
+}
