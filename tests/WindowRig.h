@@ -7,13 +7,37 @@
 #include "translate/ServiceAddresses.h"
 #include "translate/TranslationEngine.h"
 
+#include <QPlainTextEdit>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
 
 namespace quillora::test
 {
+
+// A child of the window by its object name; a missing one fails the test at once.
+template <typename T>
+T* named(const QObject& in, const char* name)
+{
+    T* found = in.findChild<T*>(QLatin1String(name));
+    if (!found)
+        qFatal("no %s named \"%s\"", T::staticMetaObject.className(), name);
+    return found;
+}
+inline QPlainTextEdit* box(const QObject& in, const char* name)
+{
+    return named<QPlainTextEdit>(in, name);
+}
+
+// Clicks Translate and waits for the translation's end.
+inline bool translateNow(FormMian& window)
+{
+    QSignalSpy finished(&window, &FormMian::translationFinished);
+    window.jcbuttonClick(0);
+    return finished.wait(20000);
+}
 
 // Shows `window` and tells whether it came on screen.
 inline bool shownOnScreen(QWidget& window)

@@ -17,6 +17,8 @@
 using namespace quillora;
 using test::ClipboardDesk;
 using test::french;
+using test::box;
+using test::named;
 
 namespace
 {
@@ -89,7 +91,7 @@ private Q_SLOTS:
         m_xclip.copy("good morning");
         QTRY_COMPARE(m_xclip.read(), "good morning");
         ClipboardDesk desk({});
-        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("good morning"));
+        QTRY_COMPARE(box(desk.window(), "resultBox")->toPlainText(), french("good morning"));
         QTest::qWait(500);
         QCOMPARE(desk.translationRequests(), 1);
     }
@@ -160,13 +162,13 @@ private Q_SLOTS:
         for (const uint16_t modifiers : kLockVariants)
             QCOMPARE(grabF11(other.get(), modifiers), 0);
         m_xclip.copy("hello");
-        QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello"));
+        QTRY_COMPARE(box(desk.window(), "resultBox")->toPlainText(), french("hello"));
     }
 
     void autoRunMenuItem()
     {
         ClipboardDesk desk({});
-        QAction* item = desk.window().action("menuS0");
+        QAction* item = named<QAction>(desk.window(), "menuS0");
         QVERIFY(item && !item->isChecked());
         item->trigger();
         QVERIFY(item->isChecked());

@@ -7,7 +7,7 @@
 #include <QtTest>
 
 using namespace quillora;
-using quillora::test::WindowRig;
+using namespace quillora::test;
 
 // The window without a connection, on the real installed pairs.
 class TestOfflineWindow : public QObject
@@ -37,10 +37,10 @@ private Q_SLOTS:
         deps.offline = &offline;
         FormMian& window = rig.open(deps);
 
-        window.sourceBox()->setPlainText(text);
-        window.jcbuttonClick(0);
+        box(window, "sourceBox")->setPlainText(text);
+        QVERIFY(translateNow(window));
         QCOMPARE(rig.notices.size(), notices);
-        QCOMPARE(window.resultBox()->toPlainText().contains("playa"), notices == 0);
+        QCOMPARE(box(window, "resultBox")->toPlainText().contains("playa"), notices == 0);
         QCOMPARE(window.statusMessage(), notices ? "" : "Translated offline by Apertium (eng-spa).");
     }
 };

@@ -156,9 +156,9 @@ inline void pictureSendsNothingThenTextOnce(OtherPrograms& other)
     QTest::qWait(800);
     QCOMPARE(desk.translationRequests(), 0);
     other.copy("hello world");
-    QTRY_COMPARE(desk.window().resultBox()->toPlainText(), french("hello world"));
-    QCOMPARE(desk.window().sourceBox()->toPlainText(), "hello world");
-    QVERIFY(!desk.window().phoneticBox()->toPlainText().isEmpty());
+    QTRY_COMPARE(box(desk.window(), "resultBox")->toPlainText(), french("hello world"));
+    QCOMPARE(box(desk.window(), "sourceBox")->toPlainText(), "hello world");
+    QVERIFY(!box(desk.window(), "phoneticBox")->toPlainText().isEmpty());
     QTest::qWait(800);
     QCOMPARE(desk.translationRequests(), 1);
 }
@@ -186,7 +186,7 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
     QTRY_COMPARE_WITH_TIMEOUT(desk.translationRequests(), 2, 15000);
     QCOMPARE(startedBeforeSecondRequest, 10);
     QCOMPARE(desk.lastRequestText(), "copy 9");
-    QTRY_COMPARE_WITH_TIMEOUT(desk.window().resultBox()->toPlainText(), french("copy 9"), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(box(desk.window(), "resultBox")->toPlainText(), french("copy 9"), 10000);
     QTest::qWait(2000);
     QCOMPARE(desk.translationRequests(), 2);
 }
@@ -207,7 +207,7 @@ inline void offersFollowOneRule(OtherPrograms& other)
         QSKIP("the owner programs need /usr/bin/python3 with python3-xlib");
     for (const auto& row : rows) {
         ClipboardDesk desk({/*autoCopy*/ true});
-        QPlainTextEdit* source = desk.window().sourceBox();
+        QPlainTextEdit* source = box(desk.window(), "sourceBox");
         source->setPlainText("typed");
         source->moveCursor(QTextCursor::End);
         QVERIFY2(!row.kind || other.own(row.kind), row.kind);
@@ -295,12 +295,12 @@ template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(Other
         ClipboardDesk desk({});
         FormMian& window = desk.window();
         QVERIFY(shownOnScreen(window));
-        window.sourceBox()->setPlainText("typed");
+        box(window, "sourceBox")->setPlainText("typed");
         probe.start(window);
         const bool owned = other.own(kind);
         window.jcbuttonClick(4);
         // Nor may the box's context menu wait for the owner.
-        QWidget* viewport = window.sourceBox()->viewport();
+        QWidget* viewport = box(window, "sourceBox")->viewport();
         QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, {5, 5}, viewport->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(viewport, &menuEvent);
         QTest::qWait(ClipboardOffer::kTimeoutMs + 1000);
@@ -310,7 +310,7 @@ template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(Other
         QVERIFY2(owned, kind);
         QVERIFY2(longestMs < kAnswerLimitMs, qPrintable(QString("%1: %2 ms").arg(kind).arg(longestMs)));
         QCOMPARE(desk.translationRequests(), 0);
-        QCOMPARE(window.sourceBox()->toPlainText(), "typed");
+        QCOMPARE(box(window, "sourceBox")->toPlainText(), "typed");
         const qint64 peakKiB = peakResidentKiB();
         QVERIFY2(peakKiB > 0 && peakKiB < 300 * 1024, qPrintable(QString::number(peakKiB)));
         if (QByteArray(kind) == "flood")
