@@ -144,7 +144,7 @@ void FormMian::Private::Form_Load()
     buildWidgets();
 
     menus = new CommandMenus(q);
-    QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::dispatch);
+    QObject::connect(menus, &CommandMenus::triggered, q, &FormMian::runCommand);
     buildSitesMenu();
     clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), q);
     // Queued: a text found on the clipboard at load is translated once the window runs, not while

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/MenuCommands.h"
+
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QStringList>
@@ -102,6 +104,7 @@ public:
     QAction* action(const QString& key) const; // menu item by key ("menuF0", "STYLE:2", ...)
     QMenu* systemMenu() const;                 // "SYSMENU", the tray menu
     void dispatch(const QString& key);         // runs the command of a menu key
+    void runCommand(const CommandChoice& choice);
 
     // The show/hide toggle shared by the tray icon, F11 and "menuSYS1".
     void toggleShowHide();

@@ -23,68 +23,78 @@
 namespace quillora
 {
 
-namespace
+void FormMian::dispatch(const QString& key)
 {
-
-bool isLanguageMenuKey(const QString& key)
-{
-    static const QString prefix = QStringLiteral("menuS2");
-    return key.size() == prefix.size() + 2 && key.startsWith(prefix);
+    runCommand(commandForKey(key));
 }
 
-} // namespace
-
-void FormMian::dispatch(const QString& key)
+void FormMian::runCommand(const CommandChoice& choice)
 {
     // While a translation runs only the way out and the show/hide toggle go at once; any other
     // command runs when the translation ends.
-    if (d->Translating && key != QLatin1String("menuSYS1") && key != QLatin1String("menuSYS3") &&
-        key != QLatin1String("menuF3")) {
-        d->waitingCommand = key;
+    if (d->Translating && choice.command != Command::ShowHide && choice.command != Command::Exit) {
+        d->waitingCommand = choice;
         return;
     }
 
-    if (key.startsWith(QLatin1String("STYLE:"))) {
-        bool ok = false;
-        const int style = key.mid(6).toInt(&ok);
-        if (!ok)
-            return;
-        d->deps.settings->setStyle(style);
-        d->style = style;
+    switch (choice.command) {
+    case Command::None:
+        break;
+    case Command::Style:
+        d->deps.settings->setStyle(choice.argument);
+        d->style = choice.argument;
         d->applyStyle();
-    } else if (key == QLatin1String("menuS4")) {
+        break;
+    case Command::Font:
         d->chooseFont();
-    } else if (key == QLatin1String("menuS5")) {
-        d->autoCopy = action(key)->isChecked();
+        break;
+    case Command::AutoCopy:
+        d->autoCopy = action(choice.key)->isChecked();
         d->deps.settings->setAutoCopy(d->autoCopy);
-    } else if (key == QLatin1String("menuS0")) {
-        SetAutoRun(action(key)->isChecked(), d->deps.programPath);
-    } else if (isLanguageMenuKey(key)) {
-        d->setLanguage(interfaceLanguageForMenuKey(key));
-    } else if (key == QLatin1String("menuSYS2") || key == QLatin1String("menuS1")) {
+        break;
+    case Command::AutoRun:
+        SetAutoRun(action(choice.key)->isChecked(), d->deps.programPath);
+        break;
+    case Command::Language:
+        d->setLanguage(choice.argument);
+        break;
+    case Command::Options:
         d->showOptionsDialog();
-    } else if (key == QLatin1String("menuH3")) {
+        break;
+    case Command::About:
         d->showAbout();
-    } else if (key == QLatin1String("menuH1")) {
+        break;
+    case Command::OnlineHelp:
         d->openUrl(d->addresses().onlineHelp());
-    } else if (key == QLatin1String("menuH2")) {
+        break;
+    case Command::Home:
         d->openUrl(d->addresses().productHome());
-    } else if (key == QLatin1String("menuH4")) {
+        break;
+    case Command::GoogleHome:
         d->openUrl(d->addresses().serviceHome(d->InterfaceCode));
-    } else if (key == QLatin1String("menuH5")) {
+        break;
+    case Command::WebHome:
         d->openUrl(d->addresses().outsideTranslator());
-    } else if (key == QLatin1String("menuSYS3") || key == QLatin1String("menuF3")) {
+        break;
+    case Command::Exit:
         requestExit();
-    } else if (key == QLatin1String("menuF1")) {
+        break;
+    case Command::Open:
         d->openTextFile();
-    } else if (key == QLatin1String("menuF2")) {
+        break;
+    case Command::SaveResults:
         d->saveResults();
-    } else if (key == QLatin1String("menuSYS1")) {
+        break;
+    case Command::ShowHide:
         toggleShowHide();
-    } else if (key == QLatin1String("menuF0")) {
+        break;
+    case Command::Translate:
         jcbuttonClick(0);
-    } else if (key.startsWith(QLatin1String("menuSite"))) {
-        d->sites->open(key);
+        break;
+    case Command::SitesHome:
+    case Command::Site:
+        d->sites->open(choice.key);
+        break;
     }
 }
 

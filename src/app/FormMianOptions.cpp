@@ -46,9 +46,9 @@ namespace quillora
 void FormMian::Private::refillPickers()
 {
     // The first filling starts from the default rows; later ones keep the chosen rows.
-    static const ParsedOptions defaults = parseOptions(kDefaultOptions);
-    const int targetRow = Combo1->count() > 0 ? Combo1->currentIndex() : defaults.fields.at(OptTargetRow);
-    const int sourceRow = Combo2->count() > 0 ? Combo2->currentIndex() : defaults.fields.at(OptSourceRow);
+    const Options defaults = Options::defaults();
+    const int targetRow = Combo1->count() > 0 ? Combo1->currentIndex() : *defaults.targetRow;
+    const int sourceRow = Combo2->count() > 0 ? Combo2->currentIndex() : *defaults.sourceRow;
     const int number = language.toInt();
     {
         const QSignalBlocker blockTarget(Combo1);
@@ -66,50 +66,44 @@ void FormMian::Private::refillPickers()
     Combo1_Click();
 }
 
-// The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5. A short or garbled string stops at its
-// first unreadable field; what came before stays applied.
+// The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, up to the first field that did not read;
+// what came before stays applied.
 void FormMian::Private::applyOptions()
 {
-    const QString stored = deps.settings->optionsText();
-    const ParsedOptions options = parseOptions(stored);
-    const auto field = [&options](OptionField f) { return options.fields.at(f); };
-
-    if (!options.has(OptSourceRow))
+    const Options options = deps.settings->options();
+    if (!options.sourceRow)
         return;
-    setCombo2Row(field(OptSourceRow));
-    if (!options.has(OptTargetRow))
+    setCombo2Row(*options.sourceRow);
+    if (!options.targetRow)
         return;
-    setCombo1Row(field(OptTargetRow));
-    if (!options.has(OptShowPhonetic))
+    setCombo1Row(*options.targetRow);
+    if (!options.showPhonetic)
         return;
     {
         const QSignalBlocker block(Check1);
-        Check1->setChecked(field(OptShowPhonetic) != 0);
+        Check1->setChecked(*options.showPhonetic);
     }
     Check_Click();
-    if (!options.has(OptShowDictionary))
+    if (!options.showDictionary)
         return;
     {
         const QSignalBlocker block(Check2);
-        Check2->setChecked(field(OptShowDictionary) != 0);
+        Check2->setChecked(*options.showDictionary);
     }
     Check_Click();
-    if (!options.has(OptInterfaceLanguageRow))
+    if (!options.interfaceLanguageRow)
         return;
-    InterfaceCode = LanguageCode(field(OptInterfaceLanguageRow));
-    // Field 6 goes before field 5, so a bad field 5 leaves the cache applied.
-    const std::optional<int> caching = optionField(stored, OptCaching);
-    if (!caching)
+    InterfaceCode = LanguageCode(*options.interfaceLanguageRow);
+    if (!options.caching)
         return;
     // Caching once on stays on for the rest of the run.
-    if (*caching != 0)
+    if (*options.caching)
         CachingEnabled = true;
-    const std::optional<int> monitoring = optionField(stored, OptMonitorClipboard);
-    if (!monitoring)
+    if (!options.monitorClipboard)
         return;
     // A restart takes the clipboard's current text again, also when monitoring already ran.
     clipboard->setMonitoring(false);
-    clipboard->setMonitoring(*monitoring != 0);
+    clipboard->setMonitoring(*options.monitorClipboard);
 }
 
 void FormMian::Private::registerHotKey()

@@ -103,7 +103,7 @@ struct FormMian::Private {
     bool lateReport() const;
     bool copiedTextWaiting = false;
     QString copiedText;
-    QString waitingCommand; // a menu command chosen while a translation ran
+    CommandChoice waitingCommand; // a menu command chosen while a translation ran
 
     // Loading
     void Form_Load();

@@ -107,10 +107,10 @@ void FormMian::translateCopiedText(const QString& text)
 
 void FormMian::Private::runWaitingCommand()
 {
-    if (waitingCommand.isEmpty())
+    if (waitingCommand.command == Command::None)
         return;
     QMetaObject::invokeMethod(
-        q, [this, key = std::exchange(waitingCommand, QString())] { q->dispatch(key); },
+        q, [this, choice = std::exchange(waitingCommand, CommandChoice())] { q->runCommand(choice); },
         Qt::QueuedConnection);
 }
 
