@@ -64,7 +64,7 @@ private Q_SLOTS:
     // Null content: no file at all, which reading must not create.
     void handEditedFilesNeverBreakReading()
     {
-        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;Tahoma|400|False|12|0|False|False|0"_s;
+        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;"_s + kDefaultFont;
         const QList<std::pair<QByteArray, QString>> rows{
             {QByteArray(), defaults},
             {"[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n",
@@ -80,20 +80,33 @@ private Q_SLOTS:
         }
     }
 
-    // Reading stops at the first missing or non-numeric field, and after the seventh.
+    // Fields 0-4 stop at the first that does not read, 5 and 6 read on their own; "-" is empty.
+    // Written back, an empty field takes its default.
     void optionFields()
     {
-        const QList<std::pair<QString, QVector<int>>> cases{{kDefaultOptions, {0, 15, 1, 1, 15, 1, 1}},
-                                                            {u"3|7"_s, {3, 7}},
-                                                            {u"3|7|x|0|15|0|0"_s, {3, 7}},
-                                                            {u"3||1"_s, {3}},
-                                                            {u"1.5|2"_s, {}},
-                                                            {u"99999999999|2"_s, {}},
-                                                            {QString(), {}},
-                                                            {u" -4 | 5 "_s, {-4, 5}},
-                                                            {u"1|2|3|4|5|6|7|8"_s, {1, 2, 3, 4, 5, 6, 7}}};
-        for (const auto& [text, fields] : cases)
-            QCOMPARE(parseOptions(text).fields, fields);
+        const auto shown = [](const Options& o) {
+            const auto field = [](auto v) { return v ? QString::number(int(*v)) : u"-"_s; };
+            return QStringList{field(o.sourceRow),
+                               field(o.targetRow),
+                               field(o.showPhonetic),
+                               field(o.showDictionary),
+                               field(o.interfaceLanguageRow),
+                               field(o.monitorClipboard),
+                               field(o.caching)}
+                .join(u'|');
+        };
+        const QList<std::array<QString, 3>> rows{
+            {u"0|15|1|1|15|1|1"_s, u"0|15|1|1|15|1|1"_s, u"0|15|1|1|15|1|1"_s},
+            {u"3|7|x|0|15|0|0"_s, u"3|7|-|-|-|0|0"_s, u"3|7|1|1|15|0|0"_s},
+            {u"3||1"_s, u"3|-|-|-|-|-|-"_s, u"3|15|1|1|15|1|1"_s},
+            {u"1.5|2|1|1|1|zz|0"_s, u"-|-|-|-|-|-|0"_s, u"0|15|1|1|15|1|0"_s},
+            {u"99999999999"_s, u"-|-|-|-|-|-|-"_s, u"0|15|1|1|15|1|1"_s},
+            {u" -4 | 5 |2|0|7"_s, u"-4|5|1|0|7|-|-"_s, u"-4|5|1|0|7|1|1"_s},
+            {u"1|2|3|4|5|6|7|8"_s, u"1|2|1|1|5|1|1"_s, u"1|2|1|1|5|1|1"_s}};
+        for (const auto& [text, read, written] : rows) {
+            QCOMPARE(shown(Options::fromText(text)), read);
+            QCOMPARE(Options::fromText(text).toText(), written);
+        }
     }
 
     // A bad font field keeps its default and ends the reading; blanks and any case are fine.

@@ -77,7 +77,7 @@ void FormMian::Form_Load()
     setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
     buildWidgets();
     m_menus = new CommandMenus(this);
-    connect(m_menus, &CommandMenus::triggered, this, &FormMian::dispatch);
+    connect(m_menus, &CommandMenus::triggered, this, &FormMian::runCommand);
     m_sites = new SitesMenu(m_menus->bar(QStringLiteral("SITEMENU")), m_menus->action(QStringLiteral("menuSite10")),
                             this, m_engine->addresses(), m_deps.openUrl);
     connect(m_sites, &SitesMenu::triggered, this, &FormMian::dispatch);
@@ -237,20 +237,24 @@ void FormMian::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardB
 
 void FormMian::dispatch(const QString& key)
 {
-    const std::optional<CommandChoice> choice = commandForKey(key);
-    if (!choice)
-        return;
-    const bool atOnce = choice->command == Command::Exit || choice->command == Command::ShowHide;
+    runCommand(commandForKey(key));
+}
+
+void FormMian::runCommand(const CommandChoice& choice)
+{
+    const bool atOnce = choice.command == Command::Exit || choice.command == Command::ShowHide;
     if (atOnce || !m_session->Translating())
-        run(*choice);
+        run(choice);
     else
-        m_held->defer([this, chosen = *choice] { run(chosen); });
+        m_held->defer([this, choice] { run(choice); });
 }
 
 void FormMian::run(const CommandChoice& choice)
 {
     const ServiceAddresses& addresses = m_engine->addresses();
     switch (choice.command) {
+    case Command::None:
+        break;
     case Command::Translate:
         jcbuttonClick(ButtonRow::Translate);
         break;
@@ -291,18 +295,19 @@ void FormMian::run(const CommandChoice& choice)
     case Command::OnlineHelp:
         m_deps.openUrl(addresses.onlineHelp());
         break;
-    case Command::ProductHome:
+    case Command::Home:
         m_deps.openUrl(addresses.productHome());
         break;
-    case Command::ServiceHome:
+    case Command::GoogleHome:
         m_deps.openUrl(addresses.serviceHome(m_session->InterfaceCode()));
         break;
-    case Command::OutsideTranslator:
+    case Command::WebHome:
         m_deps.openUrl(addresses.outsideTranslator());
         break;
     case Command::About:
         m_dialogs.about(m_language.toInt());
         break;
+    case Command::SitesHome:
     case Command::Site:
         m_sites->open(choice.key);
         break;

@@ -3,6 +3,7 @@
 #include "app/DialogCommands.h"
 #include "app/Settings.h"
 #include "app/WindowDeps.h"
+#include "desktop/MenuCommands.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -25,7 +26,6 @@ class TranslatorPane;
 class UpdateCheck;
 class WebPageBar;
 class WindowVisibility;
-struct CommandChoice;
 
 // The program's one main window: its menus, status line, showing and hiding, and the parts it is
 // made of (text panes, language pickers, buttons, speakers, the web page bar, the promotion panel),
@@ -48,6 +48,7 @@ public:
     // Runs the command of a menu key ("menuF0", "STYLE:2", ...); while a translation runs, every
     // command but the way out and the show/hide toggle waits for its end.
     void dispatch(const QString& key);
+    void runCommand(const CommandChoice& choice);
 
     void toggleShowHide();
     // "Exit": sets the exit flag and closes for real.

@@ -63,35 +63,6 @@ QString boolText(bool on)
 
 } // namespace
 
-ParsedOptions parseOptions(const QString& text)
-{
-    ParsedOptions parsed;
-    const QStringList parts = text.split(QLatin1Char('|'));
-    for (int i = 0; i < OptionFieldCount && i < parts.size(); ++i) {
-        int v = 0;
-        if (!readInt(parts.at(i), &v))
-            break;
-        parsed.fields.append(v);
-    }
-    return parsed;
-}
-
-std::optional<int> optionField(const QString& text, OptionField field)
-{
-    int v = 0;
-    if (!readInt(text.section(QLatin1Char('|'), field, field), &v))
-        return std::nullopt;
-    return v;
-}
-
-QString formatOptions(const OptionValues& values)
-{
-    QStringList parts;
-    for (int v : values)
-        parts.append(QString::number(v));
-    return parts.join(QLatin1Char('|'));
-}
-
 bool FontSetting::operator==(const FontSetting& o) const
 {
     return face == o.face && weight == o.weight && italic == o.italic && pointSize == o.pointSize &&
@@ -187,12 +158,12 @@ QString Settings::failureReason(const QByteArray& line) const
 
 QString Settings::optionsText() const
 {
-    return value(QStringLiteral("Options"), kDefaultOptions);
+    return value(QStringLiteral("Options"), Options::defaults().toText());
 }
 
-void Settings::setOptions(const OptionValues& values)
+void Settings::setOptions(const Options& options)
 {
-    setValue(QStringLiteral("Options"), formatOptions(values));
+    setValue(QStringLiteral("Options"), options.toText());
 }
 
 QString Settings::language() const

@@ -1,44 +1,14 @@
 #pragma once
 
+#include "app/Options.h"
+
 #include <QString>
-#include <QVector>
-#include <array>
 #include <functional>
-#include <optional>
 
 namespace quillora
 {
 
-// Field indexes of the "Options" string, in stored order.
-enum OptionField {
-    OptSourceRow = 0,
-    OptTargetRow = 1,
-    OptShowPhonetic = 2,
-    OptShowDictionary = 3,
-    OptInterfaceLanguageRow = 4,
-    OptMonitorClipboard = 5,
-    OptCaching = 6,
-    OptionFieldCount = 7
-};
-
-using OptionValues = std::array<int, OptionFieldCount>;
-
-inline const QString kDefaultOptions = QStringLiteral("0|15|1|1|15|1|1");
 inline const QString kDefaultFont = QStringLiteral("Tahoma|400|False|12|0|False|False|0");
-
-// The leading fields of an "Options" string that could be read. A short or hand-edited string
-// stops at the first missing or non-numeric field; stoppedAt() says where.
-struct ParsedOptions {
-    QVector<int> fields;
-    bool complete() const { return fields.size() == OptionFieldCount; }
-    int stoppedAt() const { return int(fields.size()); }
-    bool has(OptionField f) const { return f < fields.size(); }
-};
-
-ParsedOptions parseOptions(const QString& text);
-// One field read on its own, whatever the fields before it hold.
-std::optional<int> optionField(const QString& text, OptionField field);
-QString formatOptions(const OptionValues& values);
 
 // The eight "Font" fields. colorBgr is the stored 24-bit blue-green-red number.
 struct FontSetting {
@@ -73,9 +43,9 @@ public:
     explicit Settings(QString filePath = defaultFilePath());
     const QString& filePath() const { return m_path; }
 
-    QString optionsText() const; // kDefaultOptions when missing
-    ParsedOptions options() const { return parseOptions(optionsText()); }
-    void setOptions(const OptionValues& values);
+    QString optionsText() const; // "0|15|1|1|15|1|1" when missing
+    Options options() const { return Options::fromText(optionsText()); }
+    void setOptions(const Options& options);
 
     // "1" when the key is missing, "" when it exists but is empty (then the locale decides).
     QString language() const;

@@ -93,19 +93,21 @@ QString failureMessage(const TranslationRequest& request, const RoutedOutcome& r
     return message;
 }
 
-int optionField(const ParsedOptions& stored, OptionField field)
-{
-    return stored.has(field) ? stored.fields.at(field) : parseOptions(kDefaultOptions).fields.at(field);
-}
-
-// The languages the window would start with, from the stored "Options".
+// The languages the window would start with, from the stored "Options": its pickers keep their
+// default rows where a field did not read or names a row they lack.
 TranslationRequest storedLanguages()
 {
-    const ParsedOptions stored = Settings().options();
+    const Options stored = Settings().options();
+    const Options defaults = Options::defaults();
+    const auto row = [](std::optional<int> read, std::optional<int> fallback, int rows) {
+        return read && *read >= 0 && *read < rows ? *read : *fallback;
+    };
     TranslationRequest request;
-    request.sourceCode = sourceRowEffect(optionField(stored, OptSourceRow)).sourceCode;
-    request.targetCode = LanguageCode(optionField(stored, OptTargetRow));
-    request.interfaceCode = LanguageCode(optionField(stored, OptInterfaceLanguageRow));
+    const int source = row(stored.sourceRow, defaults.sourceRow, kLanguageCount + kSourcePickerOffset);
+    request.sourceCode = sourceRowEffect(source).sourceCode;
+    request.targetCode = LanguageCode(row(stored.targetRow, defaults.targetRow, kLanguageCount));
+    request.interfaceCode =
+        LanguageCode(stored.interfaceLanguageRow.value_or(*defaults.interfaceLanguageRow));
     return request;
 }
 

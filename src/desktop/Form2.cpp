@@ -92,7 +92,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
 
     // A hand-edited setting applies as far as it reads; the rest keeps the defaults.
-    load(parseOptions(kDefaultOptions));
+    load(Options::defaults());
     load(m_settings->options());
 }
 
@@ -101,36 +101,36 @@ QCheckBox* Form2::check(int n) const
     return n >= 1 && n <= 4 ? m_checks[n - 1] : nullptr;
 }
 
-void Form2::load(const ParsedOptions& options)
+// In stored order, up to the first field that did not read.
+void Form2::load(const Options& options)
 {
-    const QVector<int>& f = options.fields;
-    if (options.has(OptSourceRow))
-        setRow(m_combo2, f[OptSourceRow]);
-    if (options.has(OptTargetRow))
-        setRow(m_combo3, f[OptTargetRow]);
-    if (options.has(OptShowPhonetic))
-        m_checks[2]->setChecked(f[OptShowPhonetic] != 0);
-    if (options.has(OptShowDictionary))
-        m_checks[3]->setChecked(f[OptShowDictionary] != 0);
-    if (options.has(OptInterfaceLanguageRow))
-        setRow(m_combo1, f[OptInterfaceLanguageRow]);
-    if (options.has(OptMonitorClipboard))
-        m_checks[0]->setChecked(f[OptMonitorClipboard] != 0);
-    if (options.has(OptCaching))
-        m_checks[1]->setChecked(f[OptCaching] != 0);
+    if (!options.sourceRow)
+        return;
+    setRow(m_combo2, *options.sourceRow);
+    if (!options.targetRow)
+        return;
+    setRow(m_combo3, *options.targetRow);
+    if (!options.showPhonetic)
+        return;
+    m_checks[2]->setChecked(*options.showPhonetic);
+    if (!options.showDictionary)
+        return;
+    m_checks[3]->setChecked(*options.showDictionary);
+    if (!options.interfaceLanguageRow)
+        return;
+    setRow(m_combo1, *options.interfaceLanguageRow);
+    if (!options.monitorClipboard)
+        return;
+    m_checks[0]->setChecked(*options.monitorClipboard);
+    if (options.caching)
+        m_checks[1]->setChecked(*options.caching);
 }
 
 void Form2::onOk()
 {
-    OptionValues values{};
-    values[OptSourceRow] = m_combo2->currentIndex();
-    values[OptTargetRow] = m_combo3->currentIndex();
-    values[OptShowPhonetic] = m_checks[2]->isChecked() ? 1 : 0;
-    values[OptShowDictionary] = m_checks[3]->isChecked() ? 1 : 0;
-    values[OptInterfaceLanguageRow] = m_combo1->currentIndex();
-    values[OptMonitorClipboard] = m_checks[0]->isChecked() ? 1 : 0;
-    values[OptCaching] = m_checks[1]->isChecked() ? 1 : 0;
-    m_settings->setOptions(values);
+    m_settings->setOptions({m_combo2->currentIndex(), m_combo3->currentIndex(), m_checks[2]->isChecked(),
+                            m_checks[3]->isChecked(), m_combo1->currentIndex(), m_checks[0]->isChecked(),
+                            m_checks[1]->isChecked()});
     accept();
 }
 

@@ -9,7 +9,7 @@ namespace quillora
 {
 
 class Settings;
-struct ParsedOptions;
+struct Options;
 
 // "Default Options": edits the seven "Options" fields. On OK the string is stored and the dialog
 // is accepted (the main window then applies it); Close stores nothing.
@@ -25,7 +25,7 @@ public:
     QCheckBox* check(int n) const;                 // Check1..Check4
 
 private:
-    void load(const ParsedOptions& options);
+    void load(const Options& options);
     void onOk();
     Settings* m_settings;
     QComboBox* m_combo1;
