@@ -52,7 +52,7 @@ TranslatorPane::TranslatorPane(QWidget* parent, TranslationSession* session, Con
     m_panes = new TextPanes(this, [this] { jcbuttonClick(ButtonRow::Paste); });
     m_pickers = new LanguagePickers(this);
     m_buttons = new ButtonRow(this);
-    m_speakers = new SpeakerButtons(this, kBoxWidth + 3, addresses.service);
+    m_speakers = new SpeakerButtons(this, addresses.service);
     connect(m_pickers, &LanguagePickers::sourceChosen, this, [this](int row, const SourceRowEffect& effect) {
         m_session->setSourceRow(row);
         m_panes->setSourceRightToLeft(effect.rightToLeft);
@@ -63,7 +63,7 @@ TranslatorPane::TranslatorPane(QWidget* parent, TranslationSession* session, Con
         m_panes->setTargetRightToLeft(effect.rightToLeft);
     });
     connect(m_buttons, &ButtonRow::clicked, this, &TranslatorPane::jcbuttonClick);
-    connect(m_speakers, &SpeakerButtons::failed, this,
+    connect(m_speakers, &SpeakerButtons::speechFailed, this,
             [this] { Q_EMIT status(StringTable::text(m_language, MsgSpeechFailed)); });
     connect(m_session, &TranslationSession::finished, this, &TranslatorPane::translationDone);
     connect(m_session, &TranslationSession::wentBack, this, &TranslatorPane::showSlot);
@@ -119,7 +119,6 @@ void TranslatorPane::insertPasted(const QString& text)
     m_panes->source()->insertPlainText(text);
 }
 
-
 void TranslatorPane::jcbuttonClick(int index)
 {
     if (m_session->Translating())
@@ -161,11 +160,6 @@ void TranslatorPane::translateCopiedText(const QString& text)
     translate();
 }
 
-bool TranslatorPane::isTranslating() const
-{
-    return m_session->Translating();
-}
-
 // Without a connection an installed offline pair may still cover the text; the session says.
 void TranslatorPane::translate()
 {
@@ -193,7 +187,6 @@ void TranslatorPane::translationDone(const SessionResult& result)
         else
             m_notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok, true);
     } else {
-        m_response = outcome.response;
         if (outcome.ok()) {
             m_panes->showResults(outcome.result.translation, outcome.result.romanization, outcome.result.dictionary);
             if (result.offlinePair)

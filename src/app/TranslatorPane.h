@@ -72,7 +72,6 @@ private:
     bool m_autoCopy = false;
     bool m_runForCopy = false;           // the running translation takes a copied text
     std::optional<QString> m_copiedText; // the newest copy that came while a translation ran
-    QString m_response;                  // the raw answer, shown nowhere
 };
 
 } // namespace quillora
