@@ -16,7 +16,6 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
 
-#include <QAudioOutput>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -29,14 +28,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolButton>
 #include <QUrl>
 #include <algorithm>
 
@@ -277,7 +273,7 @@ QAbstractButton* FormMian::jcbutton(int index) const
 
 QAbstractButton* FormMian::speakerButton(int slot) const
 {
-    return slot >= 0 && slot < int(d->speaker.size()) ? d->speaker[slot] : nullptr;
+    return d->Pic1->findChild<QAbstractButton*>(QStringLiteral("WebBrowser2_%1").arg(slot));
 }
 
 QAction* FormMian::action(const QString& key) const

@@ -10,6 +10,7 @@
 #include "desktop/ModFont.h"
 #include "desktop/ModHotKey.h"
 #include "desktop/ModmonClip.h"
+#include "desktop/SpeakerButtons.h"
 #include "desktop/VisualStyle.h"
 #include "net/Connectivity.h"
 #include "net/SitesMenu.h"
@@ -17,7 +18,6 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
 
-#include <QAudioOutput>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -30,14 +30,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolButton>
 #include <QUrl>
 #include <algorithm>
 
@@ -97,18 +94,9 @@ void FormMian::Private::buildWidgets()
 
     buildPickerBand();
 
-    const QIcon speakerIcon = q->style()->standardIcon(QStyle::SP_MediaVolume);
-    const std::array<int, 2> speakerTop{kResultRect.top(), kSourceRect.top()};
-    for (int slot = 0; slot < 2; ++slot) {
-        auto* button = new QToolButton(Pic1);
-        button->setObjectName(QStringLiteral("WebBrowser2_%1").arg(slot));
-        button->setIcon(speakerIcon);
-        button->setAutoRaise(true);
-        button->setGeometry(kBoxWidth + 3, speakerTop[slot], kSpeakerSize, kSpeakerSize);
-        button->hide();
-        QObject::connect(button, &QToolButton::clicked, q, [this, slot] { playSpeech(slot); });
-        speaker[slot] = button;
-    }
+    speakers = new SpeakerButtons(Pic1, addresses().service);
+    QObject::connect(speakers, &SpeakerButtons::speechFailed, q,
+                     [this] { q->setStatusMessage(text(MsgSpeechFailed)); });
 
     const int addressTop = Pic1->geometry().bottom() + 1 + 6;
     buildAddressRow(central, addressTop);

@@ -16,7 +16,6 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
 
-#include <QAudioOutput>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -29,14 +28,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolButton>
 #include <QUrl>
 #include <algorithm>
 

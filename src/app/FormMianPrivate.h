@@ -13,13 +13,10 @@
 #include <functional>
 #include <memory>
 
-class QAudioOutput;
 class QCheckBox;
 class QFrame;
 class QLabel;
-class QMediaPlayer;
 class QPushButton;
-class QToolButton;
 class QWidget;
 
 namespace quillora
@@ -30,15 +27,10 @@ class ConnectivityProbe;
 class GlobalHotKey;
 class PromotionPanel;
 class SitesMenu;
+class SpeakerButtons;
 class UpdateCheck;
 class TranslationEngine;
 struct ServiceAddresses;
-
-// What a speaker button reads aloud.
-struct SpokenText {
-    QString text;
-    QString code;
-};
 
 struct FormMian::Private {
     explicit Private(FormMian* owner, const FormMianDeps& given);
@@ -70,15 +62,13 @@ struct FormMian::Private {
     QCheckBox* Check2 = nullptr;
     std::array<QPushButton*, 6> jcbutton{};
     QPushButton* jcbutton1 = nullptr;
-    std::array<QToolButton*, 2> speaker{};
+    SpeakerButtons* speakers = nullptr;
     CommandMenus* menus = nullptr;
     SitesMenu* sites = nullptr;
     UpdateCheck* updateCheck = nullptr;
     PromotionPanel* promotion = nullptr;
     ClipboardMonitor* clipboard = nullptr;
     std::unique_ptr<GlobalHotKey> hotKey;
-    std::unique_ptr<QAudioOutput> audioOutput;
-    std::unique_ptr<QMediaPlayer> player;
 
     QString tempFolder;
     HistoryRing ring;
@@ -94,7 +84,6 @@ struct FormMian::Private {
     bool CachingEnabled = false;
     bool SourceSpeechOk = false;
     bool TranslationSpeechOk = false;
-    std::array<SpokenText, 2> spoken;
 
     bool exitRequested = false;
     bool trayPresent = false;
@@ -141,8 +130,6 @@ struct FormMian::Private {
     QString failureStatus(const TranslationOutcome& outcome, bool offline) const;
     void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
     void storeHistory();
-    void showSpeaker(int slot, bool shown, const SpokenText& text);
-    void playSpeech(int slot);
     void takeWaitingCopiedText();
     void runWaitingCommand();
 

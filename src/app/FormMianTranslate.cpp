@@ -4,6 +4,7 @@
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/ModmonClip.h"
+#include "desktop/SpeakerButtons.h"
 #include "net/Connectivity.h"
 #include "translate/LanguageCatalogue.h"
 #include "translate/ServiceAddresses.h"
@@ -12,15 +13,11 @@
 #include "translate/WebPageAddress.h"
 #include "ui/InputHold.h"
 
-#include <QAudioOutput>
 #include <QComboBox>
 #include <QFile>
-#include <QMediaFormat>
-#include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QToolButton>
 #include <QUrl>
 
 namespace quillora
@@ -157,8 +154,9 @@ void FormMian::Private::GoBack()
     setBoxText(dictionaryBox, slot.dictionary);
     setCombo1Row(slot.targetRow);
     setCombo2Row(slot.sourceRow);
-    showSpeaker(0, slot.translationSpeech, {slot.translation, LanguageCode(slot.targetRow)});
-    showSpeaker(1, slot.sourceSpeech, {slot.source, LanguageCode(slot.sourceRow - kSourcePickerOffset)});
+    speakers->showSpeaker(0, slot.translationSpeech, {slot.translation, LanguageCode(slot.targetRow)});
+    speakers->showSpeaker(1, slot.sourceSpeech,
+                          {slot.source, LanguageCode(slot.sourceRow - kSourcePickerOffset)});
 }
 
 // Only the emptiness test trims: the clipboard gets the box text as it stands.
@@ -176,8 +174,8 @@ void FormMian::Private::clearBoxes()
 {
     for (QPlainTextEdit* box : {sourceBox, resultBox, phoneticBox, dictionaryBox})
         box->clear();
-    showSpeaker(0, false, {});
-    showSpeaker(1, false, {});
+    speakers->showSpeaker(0, false, {});
+    speakers->showSpeaker(1, false, {});
 }
 
 void FormMian::Private::jcbutton1_Click()
@@ -255,7 +253,7 @@ void FormMian::Private::prepareSpeech(const QString& sentText, const QString& sp
     } else {
         SourceSpeechOk = BuildSpeechPage(sentText, SourceCode, 1, tempFolder, base);
     }
-    showSpeaker(1, SourceSpeechOk, {source, SourceCode});
+    speakers->showSpeaker(1, SourceSpeechOk, {source, SourceCode});
 
     if (spokenTranslation.size() > kSpeechTextLimit) {
         TranslationSpeechOk = false;
@@ -263,7 +261,7 @@ void FormMian::Private::prepareSpeech(const QString& sentText, const QString& sp
     } else {
         TranslationSpeechOk = BuildSpeechPage(spokenTranslation, TargetCode, 0, tempFolder, base);
     }
-    showSpeaker(0, TranslationSpeechOk, {spokenTranslation, TargetCode});
+    speakers->showSpeaker(0, TranslationSpeechOk, {spokenTranslation, TargetCode});
 }
 
 // The boxes are read back, so the source is stored untrimmed and unescaped.
@@ -278,32 +276,6 @@ void FormMian::Private::storeHistory()
     slot.sourceRow = Combo2->currentIndex();
     ring.store(slot, TranslationSpeechOk ? speechPagePath(tempFolder, 0) : QString(),
                SourceSpeechOk ? speechPagePath(tempFolder, 1) : QString());
-}
-
-void FormMian::Private::showSpeaker(int slot, bool shown, const SpokenText& text)
-{
-    spoken[slot] = text;
-    speaker[slot]->setVisible(shown);
-}
-
-// The player is made on first use so that start-up does not wait for the audio system. Without
-// any audio decoder (no media framework plugins) there is nothing to play with.
-void FormMian::Private::playSpeech(int slot)
-{
-    if (!player) {
-        if (QMediaFormat().supportedAudioCodecs(QMediaFormat::Decode).isEmpty()) {
-            q->setStatusMessage(text(MsgSpeechFailed));
-            return;
-        }
-        audioOutput = std::make_unique<QAudioOutput>();
-        player = std::make_unique<QMediaPlayer>();
-        player->setAudioOutput(audioOutput.get());
-        QObject::connect(player.get(), &QMediaPlayer::errorOccurred, q,
-                         [this] { q->setStatusMessage(text(MsgSpeechFailed)); });
-    }
-    player->stop();
-    player->setSource(speechAudioUrl(addresses().service, spoken[slot].text, spoken[slot].code));
-    player->play();
 }
 
 } // namespace quillora
