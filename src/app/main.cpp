@@ -4,7 +4,7 @@
 #include "app/StartupCommand.h"
 #include "desktop/PlatformChoice.h"
 #include "desktop/SysTray.h"
-#include "ui/ExitWhenShown.h"
+#include "ui/ShownReport.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -97,9 +97,9 @@ int main(int argc, char* argv[])
     const QuitOnSignals quitOnSignals([&window] { window.requestExit(); });
 
     // Installed before anything shows: the window may be exposed while it is still being set up.
-    ExitWhenShown exitWhenShown;
-    if (ExitWhenShown::wanted())
-        app.installEventFilter(&exitWhenShown);
+    ShownReport shownReport;
+    if (ShownReport::wanted())
+        app.installEventFilter(&shownReport);
 
     SysTray tray(&window);
     if (!command.startsHidden())

@@ -23,7 +23,8 @@ usr/share/applications/$id.desktop usr/share/metainfo/$id.metainfo.xml
 usr/share/icons/hicolor/scalable/apps/$id.svg
 usr/share/man/man1/quillora.1.gz usr/share/man/man1/quillora-cli.1.gz
 usr/share/doc/quillora/copyright usr/share/doc/quillora/changelog.gz
-usr/share/bash-completion/completions/quillora-cli"
+usr/share/bash-completion/completions/quillora-cli
+usr/lib/quillora/quillora-speech.so"
 for size in $sizes; do expected+=" usr/share/icons/hicolor/${size}x$size/apps/$id.png"; done
 diff <(tr ' ' '\n' <<<"$expected" | sort) <(cd "$stage" && find . -type f | sed 's#^\./##' | sort) ||
   fail "installed files differ from the list above (< missing, > unexpected)"
@@ -48,6 +49,9 @@ for size in $sizes; do
   got=$(identify -format '%m %wx%h' "$stage/usr/share/icons/hicolor/${size}x$size/apps/$id.png")
   [ "$got" = "PNG ${size}x$size" ] || fail "icon in ${size}x$size is $got"
 done
+
+# The speaker buttons' player: the installed program finds and loads it.
+probe=$("$build/tests/quillora-speech-probe" "$stage/usr/bin" 2>&1) || fail "speech module not loaded: $probe"
 
 cli=$stage/usr/bin/quillora-cli
 export XDG_CONFIG_HOME=$stage/config QUILLORA_SERVICE_URL=http://127.0.0.1:9 QUILLORA_API_URL=http://127.0.0.1:9

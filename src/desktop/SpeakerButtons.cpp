@@ -1,0 +1,67 @@
+#include "desktop/SpeakerButtons.h"
+
+#include "desktop/SpeechAudio.h"
+#include "desktop/SpeechModule.h"
+#include "translate/SpeechPage.h"
+
+#include <QCoreApplication>
+#include <QStyle>
+#include <QToolButton>
+#include <QUrl>
+#include <QtDebug>
+
+namespace quillora
+{
+
+namespace
+{
+
+// Right of the 710-pixel-wide boxes; level with the tops of the result box and the source box.
+constexpr int kLeft = 710 + 3;
+constexpr int kSize = 18;
+constexpr std::array<int, 2> kTop{188, 0};
+
+} // namespace
+
+SpeakerButtons::SpeakerButtons(QWidget* container, const QString& serviceBase, const QString& programFolder)
+    : QObject(container), m_serviceBase(serviceBase),
+      m_programFolder(programFolder.isEmpty() ? QCoreApplication::applicationDirPath() : programFolder)
+{
+    const QIcon icon = container->style()->standardIcon(QStyle::SP_MediaVolume);
+    for (int slot = 0; slot < 2; ++slot) {
+        auto* button = new QToolButton(container);
+        button->setObjectName(QStringLiteral("WebBrowser2_%1").arg(slot));
+        button->setIcon(icon);
+        button->setAutoRaise(true);
+        button->setGeometry(kLeft, kTop[slot], kSize, kSize);
+        button->hide();
+        connect(button, &QToolButton::clicked, this, [this, slot] { play(slot); });
+        m_buttons[slot] = button;
+    }
+}
+
+SpeakerButtons::~SpeakerButtons() = default;
+
+void SpeakerButtons::showSpeaker(int slot, bool shown, const SpokenText& text)
+{
+    m_spoken[slot] = text;
+    m_buttons[slot]->setVisible(shown);
+}
+
+void SpeakerButtons::play(int slot)
+{
+    if (!m_audio) {
+        QString error;
+        if (SpeechAudioFactory* factory = loadSpeechModule(m_programFolder, &error))
+            m_audio = factory->createPlayer([this] { Q_EMIT speechFailed(); });
+        else
+            qWarning("quillora: speech: %s", qUtf8Printable(error));
+    }
+    if (!m_audio) {
+        Q_EMIT speechFailed();
+        return;
+    }
+    m_audio->play(speechAudioUrl(m_serviceBase, m_spoken[slot].text, m_spoken[slot].code));
+}
+
+} // namespace quillora
