@@ -15,6 +15,7 @@
 #include "translate/LanguageCatalogue.h"
 #include "translate/TempFolder.h"
 #include "translate/TranslationEngine.h"
+#include "ui/InputHold.h"
 
 #include <QAudioOutput>
 #include <QCheckBox>
@@ -71,7 +72,7 @@ QString chooseWithDialog(QWidget* owner, const FileDialogRequest& request)
 } // namespace
 
 FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
-    : q(owner), deps(given), tempFolder(temporaryFolder()), ring(tempFolder)
+    : q(owner), deps(given), tempFolder(temporaryFolder())
 {
     if (!deps.connectivity) {
         ownConnectivity = std::make_unique<SystemConnectivity>();
@@ -80,8 +81,13 @@ FormMian::Private::Private(FormMian* owner, const FormMianDeps& given)
         connectivity = deps.connectivity;
     }
     engine = deps.engine ? deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), owner);
-    router = std::make_unique<TranslationRouter>(
-        engine, deps.offline ? deps.offline : new OfflineEngine(QStringLiteral("apertium"), owner));
+    session = new TranslationSession(
+        engine, deps.offline ? deps.offline : new OfflineEngine(QStringLiteral("apertium"), owner),
+        tempFolder, owner);
+    QObject::connect(session, &TranslationSession::finished, owner,
+                     [this](const SessionResult& result) { translated(result); });
+    QObject::connect(session, &TranslationSession::wentBack, owner,
+                     [this](const HistorySlot& slot) { showHistorySlot(slot); });
     if (!deps.notice)
         deps.notice = showMessageBox;
     if (deps.programPath.isEmpty())
@@ -187,8 +193,7 @@ FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
 FormMian::~FormMian()
 {
     d->deps.settings->setWriteFailureHandler({});
-    if (d->Translating)
-        d->router->cancel();
+    d->session->cancel();
 }
 
 QPlainTextEdit* FormMian::sourceBox() const
@@ -237,7 +242,7 @@ ClipboardMonitor* FormMian::clipboardMonitor() const
 }
 bool FormMian::isTranslating() const
 {
-    return d->Translating;
+    return d->session->Translating();
 }
 bool FormMian::exitRequested() const
 {
@@ -315,8 +320,7 @@ bool FormMian::Private::lateReport() const
 void FormMian::requestExit()
 {
     d->exitRequested = true;
-    if (d->Translating)
-        d->router->cancel();
+    d->session->cancel();
     d->clipboard->setMonitoring(false);
     close();
 }
@@ -370,8 +374,8 @@ void FormMian::showEvent(QShowEvent* event)
 
 void FormMian::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape && d->Translating) {
-        d->router->cancel();
+    if (event->key() == Qt::Key_Escape && d->session->Translating()) {
+        d->session->cancel();
         return;
     }
     QMainWindow::keyPressEvent(event);

@@ -38,7 +38,7 @@ void FormMian::dispatch(const QString& key)
 {
     // While a translation runs only the way out and the show/hide toggle go at once; any other
     // command runs when the translation ends.
-    if (d->Translating && key != QLatin1String("menuSYS1") && key != QLatin1String("menuSYS3") &&
+    if (d->session->Translating() && key != QLatin1String("menuSYS1") && key != QLatin1String("menuSYS3") &&
         key != QLatin1String("menuF3")) {
         d->waitingCommand = key;
         return;
@@ -70,7 +70,7 @@ void FormMian::dispatch(const QString& key)
     } else if (key == QLatin1String("menuH2")) {
         d->openUrl(d->addresses().productHome());
     } else if (key == QLatin1String("menuH4")) {
-        d->openUrl(d->addresses().serviceHome(d->InterfaceCode));
+        d->openUrl(d->addresses().serviceHome(d->session->InterfaceCode()));
     } else if (key == QLatin1String("menuH5")) {
         d->openUrl(d->addresses().outsideTranslator());
     } else if (key == QLatin1String("menuSYS3") || key == QLatin1String("menuF3")) {

@@ -96,14 +96,14 @@ void FormMian::Private::applyOptions()
     Check_Click();
     if (!options.has(OptInterfaceLanguageRow))
         return;
-    InterfaceCode = LanguageCode(field(OptInterfaceLanguageRow));
+    session->setInterfaceRow(field(OptInterfaceLanguageRow));
     // Field 6 goes before field 5, so a bad field 5 leaves the cache applied.
     const std::optional<int> caching = optionField(stored, OptCaching);
     if (!caching)
         return;
     // Caching once on stays on for the rest of the run.
     if (*caching != 0)
-        CachingEnabled = true;
+        session->enableCaching();
     const std::optional<int> monitoring = optionField(stored, OptMonitorClipboard);
     if (!monitoring)
         return;
@@ -160,7 +160,7 @@ void FormMian::Private::Combo2_Click()
     if (row < 0)
         return;
     const SourceRowEffect effect = sourceRowEffect(row);
-    SourceCode = effect.sourceCode;
+    session->setSourceRow(row);
     if (effect.rightToLeft)
         setRightToLeft(sourceBox);
     else
@@ -174,7 +174,7 @@ void FormMian::Private::Combo1_Click()
     if (row < 0)
         return;
     const TargetRowEffect effect = targetRowEffect(row);
-    TargetCode = effect.targetCode;
+    session->setTargetRow(row);
     for (QPlainTextEdit* box : {resultBox, phoneticBox}) {
         if (effect.rightToLeft)
             setRightToLeft(box);

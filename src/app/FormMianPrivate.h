@@ -2,8 +2,7 @@
 
 #include "app/FormMian.h"
 #include "app/Settings.h"
-#include "translate/HistoryRing.h"
-#include "translate/TranslationRouter.h"
+#include "translate/TranslationSession.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -28,6 +27,7 @@ namespace quillora
 class CommandMenus;
 class ConnectivityProbe;
 class GlobalHotKey;
+class InputHold;
 class PromotionPanel;
 class SitesMenu;
 class UpdateCheck;
@@ -49,7 +49,7 @@ struct FormMian::Private {
     std::unique_ptr<ConnectivityProbe> ownConnectivity;
     ConnectivityProbe* connectivity = nullptr;
     TranslationEngine* engine = nullptr;
-    std::unique_ptr<TranslationRouter> router;
+    TranslationSession* session = nullptr;
 
     QFrame* PicAD = nullptr;
     QWidget* Pic1 = nullptr;
@@ -79,21 +79,17 @@ struct FormMian::Private {
     std::unique_ptr<GlobalHotKey> hotKey;
     std::unique_ptr<QAudioOutput> audioOutput;
     std::unique_ptr<QMediaPlayer> player;
+    std::unique_ptr<InputHold> hold; // while a translation runs
 
     QString tempFolder;
-    HistoryRing ring;
     QString language = QStringLiteral("1");
     int style = 2;
     bool autoCopy = false;
     FontSetting font;
 
-    QString SourceCode;
-    QString TargetCode;
-    QString InterfaceCode = QStringLiteral("en");
-    bool Translating = false;
-    bool CachingEnabled = false;
-    bool SourceSpeechOk = false;
-    bool TranslationSpeechOk = false;
+    bool autoCopyPending = false;
+    bool uncoveredFromCopy = false; // which notice an uncovered offline text brings
+    QString statusBefore;
     std::array<SpokenText, 2> spoken;
 
     bool exitRequested = false;
@@ -136,11 +132,9 @@ struct FormMian::Private {
     void clearBoxes();
     void jcbutton1_Click();
     void fanYi(bool autoCopyFlag, EngineChoice choice = EngineChoice::Auto);
-    // Without a connection: whether an installed offline pair covers the source text and languages.
-    bool offlineCovers();
+    void translated(const SessionResult& result);
+    void showHistorySlot(const HistorySlot& slot);
     QString failureStatus(const TranslationOutcome& outcome, bool offline) const;
-    void prepareSpeech(const QString& sentText, const QString& spokenTranslation);
-    void storeHistory();
     void showSpeaker(int slot, bool shown, const SpokenText& text);
     void playSpeech(int slot);
     void takeWaitingCopiedText();

@@ -9,12 +9,12 @@
 #include "translate/ServiceAddresses.h"
 #include "translate/SpeechPage.h"
 #include "translate/TranslationEngine.h"
+#include "translate/TranslationSession.h"
 #include "translate/WebPageAddress.h"
 #include "ui/InputHold.h"
 
 #include <QAudioOutput>
 #include <QComboBox>
-#include <QFile>
 #include <QMediaFormat>
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
@@ -51,7 +51,7 @@ QString FormMian::Private::failureStatus(const TranslationOutcome& outcome, bool
 
 void FormMian::jcbuttonClick(int index)
 {
-    if (d->Translating)
+    if (d->session->Translating())
         return;
     switch (index) {
     case 0:
@@ -81,13 +81,13 @@ void FormMian::jcbuttonClick(int index)
 // The clipboard text replaces the selection at the caret; no translation follows by itself.
 void FormMian::Private::pasteClipboardText(const QString& text)
 {
-    if (!Translating)
+    if (!session->Translating())
         sourceBox->insertPlainText(text);
 }
 
 void FormMian::translateCopiedText(const QString& text)
 {
-    if (d->Translating) {
+    if (d->session->Translating()) {
         // Only the newest copy counts; it is translated once the running request ends.
         d->copiedText = text;
         d->copiedTextWaiting = true;
@@ -98,11 +98,9 @@ void FormMian::translateCopiedText(const QString& text)
         d->fanYi(d->autoCopy);
         return;
     }
-    if (d->offlineCovers()) {
-        d->fanYi(d->autoCopy, EngineChoice::Offline);
-        return;
-    }
-    d->notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
+    // Where no installed pair covers the text the session says so, and the notice follows.
+    d->uncoveredFromCopy = true;
+    d->fanYi(d->autoCopy, EngineChoice::Offline);
 }
 
 void FormMian::Private::runWaitingCommand()
@@ -130,11 +128,8 @@ void FormMian::Private::translate()
         fanYi(autoCopy);
         return;
     }
-    if (offlineCovers()) {
-        fanYi(autoCopy, EngineChoice::Offline);
-        return;
-    }
-    notice(102, QMessageBox::Warning, QMessageBox::Ok, true);
+    uncoveredFromCopy = false;
+    fanYi(autoCopy, EngineChoice::Offline);
 }
 
 void FormMian::Private::swap()
@@ -150,7 +145,11 @@ void FormMian::Private::swap()
 
 void FormMian::Private::GoBack()
 {
-    const HistorySlot& slot = ring.GoBack();
+    session->goBack();
+}
+
+void FormMian::Private::showHistorySlot(const HistorySlot& slot)
+{
     setBoxText(sourceBox, slot.source);
     setBoxText(resultBox, slot.translation);
     setBoxText(phoneticBox, slot.romanization);
@@ -183,18 +182,14 @@ void FormMian::Private::clearBoxes()
 void FormMian::Private::jcbutton1_Click()
 {
     const QString typed = ucComText->currentText();
-    const QString address = webPageTranslationAddress(addresses().service, InterfaceCode, SourceCode,
-                                                      TargetCode, typed.trimmed());
+    const QString address =
+        webPageTranslationAddress(addresses().service, session->InterfaceCode(), session->SourceCode(),
+                                  session->TargetCode(), typed.trimmed());
     deps.openAddress(address);
     ucComText->addItem(typed);
     if (ucComText->count() > kMaxRememberedAddresses)
         ucComText->removeItem(0);
     ucComText->setEditText(typed);
-}
-
-bool FormMian::Private::offlineCovers()
-{
-    return router->offline().pairFor({boxText(sourceBox), SourceCode, TargetCode, InterfaceCode}).has_value();
 }
 
 void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
@@ -204,80 +199,52 @@ void FormMian::Private::fanYi(bool autoCopyFlag, EngineChoice choice)
             box->clear();
         return;
     }
-    Translating = true;
-    const QString source = boxText(sourceBox);
+    if (!session->translate(boxText(sourceBox), choice))
+        return;
+    autoCopyPending = autoCopyFlag;
+    statusBefore = q->statusMessage();
     q->setStatusMessage(text(MsgTranslating));
+    // The window keeps painting while the request runs; its input waits, Escape cancels.
+    hold = std::make_unique<InputHold>(q, [this] { session->cancel(); });
+}
 
-    RoutedOutcome routed;
-    {
-        // The window keeps painting while the request runs; its input waits, Escape cancels.
-        const InputHold hold(q, [this] { router->cancel(); });
-        routed = router->translate({source, SourceCode, TargetCode, InterfaceCode}, choice);
+void FormMian::Private::translated(const SessionResult& result)
+{
+    hold.reset();
+    if (result.uncovered) {
+        q->setStatusMessage(statusBefore);
+        if (uncoveredFromCopy)
+            notice(102, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
+        else
+            notice(102, QMessageBox::Warning, QMessageBox::Ok, true);
+        runWaitingCommand();
+        takeWaitingCopiedText();
+        return;
     }
-    const TranslationOutcome& outcome = routed.outcome;
-
+    const TranslationOutcome& outcome = result.outcome;
     response = outcome.response;
     if (outcome.ok()) {
         setBoxText(resultBox, outcome.result.translation);
         setBoxText(phoneticBox, outcome.result.romanization);
         setBoxText(dictionaryBox, outcome.result.dictionary);
-        if (routed.offlinePair)
-            q->setStatusMessage(text(MsgOffline).arg(routed.offlinePair->mode));
+        if (result.offlinePair)
+            q->setStatusMessage(text(MsgOffline).arg(result.offlinePair->mode));
         else
             q->statusBar()->clearMessage();
     } else {
         for (QPlainTextEdit* box : {resultBox, phoneticBox, dictionaryBox})
             box->clear();
-        q->setStatusMessage(failureStatus(outcome, routed.offlinePair.has_value()));
+        q->setStatusMessage(failureStatus(outcome, result.offlinePair.has_value()));
     }
+    showSpeaker(1, result.SourceSpeechOk, {result.source, result.sourceCode});
+    showSpeaker(0, result.TranslationSpeechOk,
+                {outcome.ok() ? outcome.result.translation : QString(), result.targetCode});
 
-    QString sentText = source;
-    sentText.replace(QLatin1Char('&'), QLatin1String("%26"));
-    prepareSpeech(sentText, outcome.ok() ? outcome.result.translation : QString());
-    if (CachingEnabled)
-        storeHistory();
-
-    Translating = false;
-    if (autoCopyFlag)
+    if (autoCopyPending)
         q->jcbuttonClick(3);
     Q_EMIT q->translationFinished();
     runWaitingCommand();
     takeWaitingCopiedText();
-}
-
-void FormMian::Private::prepareSpeech(const QString& sentText, const QString& spokenTranslation)
-{
-    const QString base = addresses().service;
-    const QString source = boxText(sourceBox);
-    if (sentText.size() > kSpeechTextLimit) {
-        SourceSpeechOk = false;
-        QFile::remove(speechPagePath(tempFolder, 1));
-    } else {
-        SourceSpeechOk = BuildSpeechPage(sentText, SourceCode, 1, tempFolder, base);
-    }
-    showSpeaker(1, SourceSpeechOk, {source, SourceCode});
-
-    if (spokenTranslation.size() > kSpeechTextLimit) {
-        TranslationSpeechOk = false;
-        QFile::remove(speechPagePath(tempFolder, 0));
-    } else {
-        TranslationSpeechOk = BuildSpeechPage(spokenTranslation, TargetCode, 0, tempFolder, base);
-    }
-    showSpeaker(0, TranslationSpeechOk, {spokenTranslation, TargetCode});
-}
-
-// The boxes are read back, so the source is stored untrimmed and unescaped.
-void FormMian::Private::storeHistory()
-{
-    HistorySlot slot;
-    slot.source = boxText(sourceBox);
-    slot.translation = boxText(resultBox);
-    slot.romanization = boxText(phoneticBox);
-    slot.dictionary = boxText(dictionaryBox);
-    slot.targetRow = Combo1->currentIndex();
-    slot.sourceRow = Combo2->currentIndex();
-    ring.store(slot, TranslationSpeechOk ? speechPagePath(tempFolder, 0) : QString(),
-               SourceSpeechOk ? speechPagePath(tempFolder, 1) : QString());
 }
 
 void FormMian::Private::showSpeaker(int slot, bool shown, const SpokenText& text)
