@@ -98,10 +98,17 @@ bool panesTile(FormMian& w)
     return (result | lower) == area && !result.intersects(lower) && (lower.isEmpty() || lower.width() == 710);
 }
 
+// The translation started last has ended.
+void settle(FormMian& w)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(!w.isTranslating(), 20000);
+}
+
 void translate(FormMian& w, const QString& text)
 {
     w.sourceBox()->setPlainText(text);
     w.jcbuttonClick(kTranslate);
+    settle(w);
 }
 
 } // namespace
@@ -352,11 +359,13 @@ private Q_SLOTS:
         rig->fileAnswer = rig->dir.filePath(u"blank.txt"_s);
         QVERIFY(writeFile(rig->fileAnswer, "    "));
         w.dispatch(u"menuF1"_s);
+        settle(w);
         QCOMPARE(rig->fileRequests.constFirst().nameFilters,
                  QStringList({u"Text (*.TXT *.ini *.inf *.log)"_s, u"All (*.*)"_s}));
         QVERIFY(rig->service.requests().isEmpty());
         QVERIFY(writeFile(rig->fileAnswer, QByteArray("\xFE\xFF\0h\0e\0l\0l\0o", 12))); // UTF-16 BE
         w.dispatch(u"menuF1"_s);
+        settle(w);
         QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
         // Saving the results of that translation.
         rig->fileAnswer = rig->dir.filePath(u"results.txt"_s);
@@ -383,6 +392,7 @@ private Q_SLOTS:
         const QString exact = u" a\u00a0b\u2028c\u2029d\r\ne\rf\ng "_s;
         setBoxText(w.sourceBox(), exact);
         w.jcbuttonClick(kTranslate);
+        settle(w);
         QCOMPARE(lastForm(), "prev=hp&hl=de&ie=UTF-8&js=y&text=" + exact.toUtf8() + "&file=&sl=en&tl=fr");
         w.jcbuttonClick(kClear);
         for (int i = 0; i < 3; ++i)
@@ -390,6 +400,7 @@ private Q_SLOTS:
         QCOMPARE(boxText(w.sourceBox()), exact);
         w.sourceBox()->setPlainText(u"hello"_s);
         w.dispatch(u"menuF0"_s); // the menu item does the same
+        settle(w);
         QCOMPARE(boxes(w), u"hello|bonjour|/bonjour/|interjection:\n1. bonjour\n2. salut\n3. allô\n"_s);
         QVERIFY(w.statusMessage().isEmpty());
         // A blank source sends nothing and empties the results.
@@ -404,12 +415,14 @@ private Q_SLOTS:
         FormMian& w = open(kEnglishFrench, true);
         w.sourceBox()->setPlainText(u"hello"_s);
         w.jcbuttonClick(kSwap);
+        settle(w);
         QCOMPARE(rows(w), (QList{21, 15}));
         QVERIFY(lastForm().endsWith("&sl=fr&tl=en"));
         QCOMPARE(w.resultBox()->toPlainText(), u"HELLO"_s);
         w.combo2()->setCurrentIndex(1); // detection: Swap is disabled and does nothing
         QVERIFY(!w.jcbutton(kSwap)->isEnabled());
         w.jcbuttonClick(kSwap);
+        settle(w);
         QCOMPARE(rig->service.requests().size(), 1);
         QCOMPARE(rows(w), (QList{1, 15}));
     }
@@ -435,6 +448,7 @@ private Q_SLOTS:
         w.jcbuttonClick(kBack);
         QCOMPARE(w.sourceBox()->toPlainText(), texts.at(3));
         w.jcbuttonClick(kTranslate); // the pickers' codes follow the restored rows
+        settle(w);
         QVERIFY(lastForm().endsWith("&sl=en&tl=es"));
     }
 
@@ -481,6 +495,7 @@ private Q_SLOTS:
         QVERIFY(rig->notices.at(0).icon == QMessageBox::Warning && rig->notices.at(0).owned);
         // A copied text: the ownerless OK/Cancel notice; the text still lands in the source box.
         w.translateCopiedText(u"copied"_s);
+        settle(w);
         QCOMPARE(rig->notices.size(), 2);
         QCOMPARE(rig->notices.at(1).buttons, QMessageBox::Ok | QMessageBox::Cancel);
         QVERIFY(!rig->notices.at(1).owned);
@@ -497,16 +512,19 @@ private Q_SLOTS:
         };
         const QString before = said();
         w.jcbuttonClick(kTranslate);
+        settle(w);
         const QString refused = w.statusMessage();
         QVERIFY2(refused == before || refused == said(), qPrintable(refused));
         QCOMPARE(boxes(w), u"hello|||"_s);
         QCOMPARE(rig->notices.size(), 2);
         rig->service.setFormMode(StandinService::FormMode::Legacy);
         w.jcbuttonClick(kTranslate);
+        settle(w);
         QCOMPARE(std::pair(w.statusMessage(), rig->service.requests().size()),
                  std::pair(refused, qsizetype(1)));
         QVERIFY(QFile::remove(ServiceBackoff::defaultFilePath()));
         w.jcbuttonClick(kTranslate);
+        settle(w);
         QVERIFY(w.statusMessage().isEmpty());
     }
 
@@ -529,6 +547,7 @@ private Q_SLOTS:
             QTest::keyClick(w.sourceBox(), Qt::Key_Escape);
         });
         w.jcbuttonClick(kTranslate);
+        settle(w);
         QCOMPARE(whileRunning, StringTable::text(1000 + MsgTranslating) + u"|hello|0"_s);
         QTRY_COMPARE(dialogs, 1);
         QCOMPARE(w.statusMessage(), u"Translation cancelled."_s);
