@@ -6,6 +6,7 @@
 #include "translate/TranslationEngine.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <map>
@@ -22,6 +23,22 @@ StandinService* service = nullptr;
 const TranslationRequest kRequest{QStringLiteral("hello world, good morning"), QString(),
                                   QStringLiteral("fr"), QStringLiteral("en")};
 
+// Runs the event loop until a callback-style call has answered.
+template <typename T, typename Start> T answer(Start start)
+{
+    T got{};
+    bool done = false;
+    QEventLoop loop;
+    start([&](const T& value) {
+        got = value;
+        done = true;
+        loop.quit();
+    });
+    if (!done)
+        loop.exec();
+    return got;
+}
+
 ServiceAddresses standinAddresses()
 {
     ServiceAddresses a;
@@ -34,7 +51,8 @@ void BM_EngineTranslate(benchmark::State& state)
 {
     TranslationEngine engine(standinAddresses());
     for (auto _ : state) {
-        const TranslationOutcome outcome = engine.translate(kRequest);
+        const TranslationOutcome outcome =
+            answer<TranslationOutcome>([&](auto done) { engine.translate(kRequest, done); });
         if (!outcome.ok())
             state.SkipWithError("translation failed");
         benchmark::DoNotOptimize(outcome.result.translation.size());
@@ -49,7 +67,9 @@ void BM_BareHttpPost(benchmark::State& state)
     const QByteArray body =
         buildRequestBody(kRequest.text, kRequest.interfaceCode, kRequest.sourceCode, kRequest.targetCode);
     for (auto _ : state) {
-        const HttpReply reply = http.post(url, body, QByteArrayLiteral("application/x-www-form-urlencoded"));
+        const HttpReply reply = answer<HttpReply>([&](auto done) {
+            http.post(url, body, QByteArrayLiteral("application/x-www-form-urlencoded"), done);
+        });
         if (!reply.ok())
             state.SkipWithError("request failed");
         benchmark::DoNotOptimize(reply.body.size());

@@ -3,9 +3,26 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QTest>
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace quillora::test
 {
+
+// Starts a call that answers through a callback and waits, the event loop running, for the answer;
+// nullopt when none came within the time.
+template <typename T>
+std::optional<T> awaitAnswer(const std::function<void(std::function<void(const T&)>)>& start,
+                             int timeoutMs = 30000)
+{
+    const auto got = std::make_shared<std::optional<T>>();
+    start([got](const T& value) { *got = value; });
+    if (!QTest::qWaitFor([&got] { return got->has_value(); }, timeoutMs))
+        return std::nullopt;
+    return *got;
+}
 
 struct CommandResult {
     bool started = false;

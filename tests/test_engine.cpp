@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "app/StringTable.h"
 #include "standin/StandinService.h"
 #include "translate/TranslationEngine.h"
@@ -9,6 +10,17 @@ using quillora::test::StandinService;
 using Form = StandinService::FormMode;
 using Json = StandinService::JsonMode;
 using Failure = TranslationFailure;
+
+namespace
+{
+
+TranslationOutcome run(TranslationEngine& engine, const TranslationRequest& request)
+{
+    return test::awaitAnswer<TranslationOutcome>([&](auto done) { QVERIFY(engine.translate(request, done)); })
+        .value_or(TranslationOutcome{});
+}
+
+} // namespace
 
 class TestEngine : public QObject
 {
@@ -38,18 +50,18 @@ private Q_SLOTS:
     {
         TranslationEngine engine(addresses());
         for (const char* blank : {"", "    "})
-            QCOMPARE(engine.translate(request(blank)).failure, Failure::NothingToTranslate);
+            QCOMPARE(run(engine, request(blank)).failure, Failure::NothingToTranslate);
         QVERIFY(m_service.requests().isEmpty());
         // Only spaces count as blank: a tab or a line break is sent.
         for (const char* other : {"\t", " \r\n "})
-            engine.translate(request(other));
+            run(engine, request(other));
         QCOMPARE(posts(), 2);
         m_service.clearRequests();
-        const TranslationOutcome hello = engine.translate(request("hello"));
+        const TranslationOutcome hello = run(engine, request("hello"));
         QCOMPARE(hello.result, (TranslationResult{"bonjour", "/bonjour/",
                                                   "interjection:\r\n1. bonjour\r\n2. salut\r\n3. allô\r\n"}));
         QVERIFY(hello.response.contains(SpanMark));
-        const TranslationResult lines = engine.translate(request("hello <world>\r\na&b a+b", "en")).result;
+        const TranslationResult lines = run(engine, request("hello <world>\r\na&b a+b", "en")).result;
         QCOMPARE(lines.translation + '|' + lines.romanization,
                  "bonjour <monde>\r\nA&B A+B|/bonjour <monde>\r\na&b a+b/");
         const auto& sent = m_service.requests().constLast();
@@ -63,7 +75,7 @@ private Q_SLOTS:
         m_service.setFormMode(Form::Changed);
         TranslationEngine engine(addresses());
         engine.backoff().setClock([this] { return m_now; });
-        QCOMPARE(engine.translate(request("hello world")).result,
+        QCOMPARE(run(engine, request("hello world")).result,
                  (TranslationResult{"bonjour monde", "/bonjour monde/", "phrase:\r\n1. bonjour monde\r\n"}));
         QVERIFY(engine.formSkipped());
         const QUrlQuery query = m_service.requests().last().query();
@@ -71,15 +83,15 @@ private Q_SLOTS:
                  "hello world|auto");
         // With the old page back, the form stays skipped for a number of requests or for some minutes.
         m_service.setFormMode(Form::Legacy);
-        QCOMPARE(engine.translate(request("a&b", "en")).result.translation, QStringLiteral("A&B"));
+        QCOMPARE(run(engine, request("a&b", "en")).result.translation, QStringLiteral("A&B"));
         QCOMPARE(m_service.requests().last().query().queryItemValue("sl"), QStringLiteral("en"));
         for (int i = 1; i < TranslationEngine::kFormRetryRequests; ++i)
-            engine.translate(request("cat"));
+            run(engine, request("cat"));
         QCOMPARE(std::pair(posts(), jsonGets()), std::pair(1, 1 + TranslationEngine::kFormRetryRequests));
-        QVERIFY(!engine.formSkipped() && engine.translate(request("cat")).ok());
+        QVERIFY(!engine.formSkipped() && run(engine, request("cat")).ok());
         QCOMPARE(posts(), 2);
         m_service.setFormMode(Form::Changed);
-        engine.translate(request("cat"));
+        run(engine, request("cat"));
         m_now = m_now.addSecs(TranslationEngine::kFormRetryMinutes * 60);
         QVERIFY(!engine.formSkipped());
     }
@@ -99,7 +111,7 @@ private Q_SLOTS:
             m_service.setJsonMode(json);
             TranslationEngine engine(addresses());
             engine.backoff().setClock([this] { return m_now; });
-            const TranslationOutcome outcome = engine.translate(request("hello"));
+            const TranslationOutcome outcome = run(engine, request("hello"));
             QCOMPARE(outcome.failure, failure);
             QCOMPARE(outcome.result, TranslationResult());
             // Refusals and the person check hold the next request back; only a changed page leads to JSON.
@@ -108,7 +120,7 @@ private Q_SLOTS:
             QCOMPARE(jsonGets(), form == Form::Changed ? 1 : 0);
             m_service.reset();
             m_now = m_now.addSecs(30);
-            QCOMPARE(engine.translate(request("hello")).result.translation, QStringLiteral("bonjour"));
+            QCOMPARE(run(engine, request("hello")).result.translation, QStringLiteral("bonjour"));
             QCOMPARE(posts(), form == Form::Changed ? 0 : 1); // counted since the reset
         }
     }
@@ -120,22 +132,22 @@ private Q_SLOTS:
         TranslationEngine engine(addresses());
         engine.backoff().setClock([this] { return m_now; });
         const QDateTime asked = m_now.addSecs(3600);
-        QCOMPARE(engine.translate(request("hello")).retryAt, asked);
+        QCOMPARE(run(engine, request("hello")).retryAt, asked);
         // A later click sends nothing; without a Retry-After the pause doubles up to ten minutes.
         m_now = asked.addSecs(-1);
-        QCOMPARE(engine.translate(request("hello")).retryAt, asked);
+        QCOMPARE(run(engine, request("hello")).retryAt, asked);
         m_service.setRetryAfter({});
         for (int pause : {60, 120, 240, 480, 600, 600}) {
             m_now = engine.backoff().notBefore();
-            QCOMPARE(m_now.secsTo(engine.translate(request("hello")).retryAt), pause);
+            QCOMPARE(m_now.secsTo(run(engine, request("hello")).retryAt), pause);
         }
         QCOMPARE(posts(), 7);
         // An answer starts the pauses again from the shortest.
         m_now = engine.backoff().notBefore();
         m_service.setFormMode(Form::Legacy);
-        QVERIFY(engine.translate(request("hello")).ok());
+        QVERIFY(run(engine, request("hello")).ok());
         m_service.setFormMode(Form::Refused);
-        QCOMPARE(m_now.secsTo(engine.translate(request("hello")).retryAt), 30);
+        QCOMPARE(m_now.secsTo(run(engine, request("hello")).retryAt), 30);
     }
 
     void retryAfterValues()
@@ -160,12 +172,12 @@ private Q_SLOTS:
         TranslationEngine engine(addresses());
         m_service.setDelayMs(1000);
         QTimer::singleShot(100, &engine, [&engine] { engine.cancel(); });
-        QCOMPARE(engine.translate(request("hello")).failure, Failure::Cancelled);
+        QCOMPARE(run(engine, request("hello")).failure, Failure::Cancelled);
         engine.http().setTimeoutMs(100);
-        QCOMPARE(engine.translate(request("hello")).failure, Failure::TimedOut);
+        QCOMPARE(run(engine, request("hello")).failure, Failure::TimedOut);
         QVERIFY(!engine.busy() && !engine.formSkipped() && jsonGets() == 0);
         TranslationEngine nobody({"http://127.0.0.1:1", "http://127.0.0.1:1", "gtx", {}});
-        QCOMPARE(nobody.translate(request("hello")).failure, Failure::Network);
+        QCOMPARE(run(nobody, request("hello")).failure, Failure::Network);
     }
 };
 

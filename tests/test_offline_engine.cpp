@@ -27,6 +27,19 @@ QString listed(const QList<OfflinePair>& pairs)
 
 const QString kEnglish = "The weather is nice today and I want to go to the beach.";
 
+QList<OfflinePair> listPairs(OfflineEngine& engine)
+{
+    return test::awaitAnswer<QList<OfflinePair>>([&](auto done) { engine.listPairs(done); })
+        .value_or(QList<OfflinePair>{});
+}
+
+TranslationOutcome run(OfflineEngine& engine, const OfflinePair& pair, const QString& text)
+{
+    return test::awaitAnswer<TranslationOutcome>(
+               [&](auto done) { QVERIFY(engine.translate(pair, text, done)); })
+        .value_or(TranslationOutcome{});
+}
+
 } // namespace
 
 class TestOfflineEngine : public QObject
@@ -37,7 +50,11 @@ private:
     QTemporaryDir m_config;
     OfflineEngine m_engine;
 
-    bool haveEnglishSpanish() { return m_engine.pairFor({kEnglish, "en", "es", "en"}).has_value(); }
+    bool haveEnglishSpanish()
+    {
+        listPairs(m_engine);
+        return m_engine.pairFor({kEnglish, "en", "es", "en"}).has_value();
+    }
 
     test::CommandResult cli(const QStringList& arguments)
     {
@@ -92,7 +109,7 @@ private Q_SLOTS:
     {
         NEED_ENGLISH_SPANISH();
         const TranslationOutcome outcome =
-            m_engine.translate(*m_engine.pairFor({kEnglish, "en", "es", "en"}), kEnglish + " Zorblax!");
+            run(m_engine, *m_engine.pairFor({kEnglish, "en", "es", "en"}), kEnglish + " Zorblax!");
         QVERIFY2(outcome.ok(), qPrintable(failureReasonText(outcome.failure)));
         QVERIFY2(outcome.result.translation.contains("playa") &&
                      outcome.result.translation.contains("Zorblax") &&
@@ -101,8 +118,8 @@ private Q_SLOTS:
         QVERIFY(outcome.result.romanization.isEmpty() && outcome.result.dictionary.isEmpty());
 
         OfflineEngine missing("/nonexistent/apertium");
-        QVERIFY(missing.pairs().isEmpty());
-        QCOMPARE(missing.translate({"eng-spa", "en", "es"}, kEnglish).failure, TranslationFailure::BadAnswer);
+        QVERIFY(listPairs(missing).isEmpty() && missing.knownPairs());
+        QCOMPARE(run(missing, {"eng-spa", "en", "es"}, kEnglish).failure, TranslationFailure::BadAnswer);
     }
 
     // Over time, then over size.
@@ -115,7 +132,7 @@ private Q_SLOTS:
             OfflineEngine engine;
             engine.setTimeoutMs(timeoutMs);
             engine.setMaxBytes(maxBytes);
-            QCOMPARE(engine.translate({"eng-spa", "en", "es"}, kEnglish.repeated(20)).failure, failure);
+            QCOMPARE(run(engine, {"eng-spa", "en", "es"}, kEnglish.repeated(20)).failure, failure);
         }
     }
 

@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "WindowRig.h"
 #include "translate/OfflineEngine.h"
 
@@ -27,7 +28,9 @@ private Q_SLOTS:
         QFETCH(int, notices);
         const QString text = "The weather is nice today and I want to go to the beach.";
         OfflineEngine offline;
-        if (!offline.pairFor({text, "en", "es", "en"}))
+        const auto listed =
+            test::awaitAnswer<QList<OfflinePair>>([&](auto done) { offline.listPairs(done); });
+        if (!listed || !offline.pairFor({text, "en", "es", "en"}))
             QSKIP("apertium with apertium-eng-spa is not installed");
 
         // Detection, the target, both panes, monitoring off, caching on.

@@ -1,10 +1,11 @@
 #include "Version.h"
 #include "app/Settings.h"
 #include "translate/LanguageCatalogue.h"
-#include "translate/TranslationRouter.h"
+#include "translate/TranslationSession.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QHash>
 #include <QJsonDocument>
@@ -78,15 +79,14 @@ int failureExitCode(TranslationFailure failure)
     }
 }
 
-QString failureMessage(const TranslationRequest& request, const RoutedOutcome& routed, EngineChoice choice)
+QString failureMessage(const TranslationRequest& request, const SessionResult& result)
 {
-    const TranslationOutcome& outcome = routed.outcome;
-    if (choice == EngineChoice::Offline && !routed.offlinePair &&
-        outcome.failure != TranslationFailure::NothingToTranslate)
+    const TranslationOutcome& outcome = result.outcome;
+    if (result.uncovered)
         return QStringLiteral(
                    "No installed Apertium pair translates this text into \"%1\" (see --list-offline).")
             .arg(request.targetCode);
-    QString message = failureReasonText(outcome.failure, routed.offlinePair.has_value());
+    QString message = failureReasonText(outcome.failure, result.offlinePair.has_value());
     if (outcome.retryAt.isValid())
         message += QStringLiteral(" It will not be asked again before %1.")
                        .arg(localTimeText(outcome.retryAt, QDateTime::currentDateTime()));
@@ -140,25 +140,25 @@ bool parseEngine(const QString& typed, EngineChoice* choice)
     return true;
 }
 
-QString engineName(const RoutedOutcome& routed)
+QString engineName(const SessionResult& result)
 {
-    return routed.offlinePair ? QStringLiteral("Apertium ") + routed.offlinePair->mode
+    return result.offlinePair ? QStringLiteral("Apertium ") + result.offlinePair->mode
                               : QStringLiteral("service");
 }
 
 // "en-es<TAB>eng-spa" per installed direction.
-QString offlineListing(OfflineEngine& offline)
+QString offlineListing(const QList<OfflinePair>& pairs)
 {
     QString out;
-    for (const OfflinePair& pair : offline.pairs())
+    for (const OfflinePair& pair : pairs)
         out +=
             pair.source + QLatin1Char('-') + pair.target + QLatin1Char('\t') + pair.mode + QLatin1Char('\n');
     return out;
 }
 
-QString jsonOutput(const TranslationRequest& request, const RoutedOutcome& routed)
+QString jsonOutput(const TranslationRequest& request, const SessionResult& session)
 {
-    const TranslationResult& result = routed.outcome.result;
+    const TranslationResult& result = session.outcome.result;
     const QJsonObject object{
         {QStringLiteral("translation"), result.translation},
         {QStringLiteral("romanization"), result.romanization},
@@ -167,7 +167,7 @@ QString jsonOutput(const TranslationRequest& request, const RoutedOutcome& route
         {QStringLiteral("sourceLanguage"),
          request.sourceCode.isEmpty() ? QStringLiteral("auto") : request.sourceCode},
         {QStringLiteral("targetLanguage"), request.targetCode},
-        {QStringLiteral("engine"), engineName(routed)},
+        {QStringLiteral("engine"), engineName(session)},
     };
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
 }
@@ -224,9 +224,18 @@ int main(int argc, char** argv)
     if (parser.isSet(versionOption))
         parser.showVersion();
 
+    // The one place that waits: the answers come by callback and signal.
+    QEventLoop loop;
     OfflineEngine offline;
     if (parser.isSet(listOfflineOption)) {
-        write(stdout, offlineListing(offline));
+        QList<OfflinePair> pairs;
+        offline.listPairs([&](const QList<OfflinePair>& listed) {
+            pairs = listed;
+            loop.quit();
+        });
+        if (!offline.knownPairs())
+            loop.exec();
+        write(stdout, offlineListing(pairs));
         return ExitTranslated;
     }
     EngineChoice choice = EngineChoice::Auto;
@@ -266,18 +275,29 @@ int main(int argc, char** argv)
     TranslationEngine engine;
     engine.http().setTimeoutMs(timeoutSecs * 1000);
     offline.setTimeoutMs(timeoutSecs * 1000);
-    TranslationRouter router(&engine, &offline);
-    const RoutedOutcome routed = router.translate(request, choice);
-    if (!routed.outcome.ok()) {
-        write(stderr, QStringLiteral("quillora-cli: %1\n").arg(failureMessage(request, routed, choice)));
-        return failureExitCode(routed.outcome.failure);
+    // No temporary folder: no speech pages.
+    TranslationSession session(&engine, &offline, QString());
+    session.setSourceRow(
+        request.sourceCode.isEmpty() ? 0 : languageIndexForCode(request.sourceCode) + kSourcePickerOffset);
+    session.setTargetRow(languageIndexForCode(request.targetCode));
+    session.setInterfaceRow(languageIndexForCode(request.interfaceCode));
+    SessionResult result;
+    QObject::connect(&session, &TranslationSession::finished, &loop, [&](const SessionResult& finished) {
+        result = finished;
+        loop.quit();
+    });
+    session.translate(request.text, choice);
+    loop.exec();
+    if (!result.outcome.ok()) {
+        write(stderr, QStringLiteral("quillora-cli: %1\n").arg(failureMessage(request, result)));
+        return failureExitCode(result.outcome.failure);
     }
     if (parser.isSet(jsonOption)) {
-        write(stdout, jsonOutput(request, routed));
+        write(stdout, jsonOutput(request, result));
         return ExitTranslated;
     }
-    if (routed.offlinePair && choice == EngineChoice::Auto)
-        write(stderr, QStringLiteral("quillora-cli: translated offline by %1\n").arg(engineName(routed)));
-    write(stdout, plainOutput(routed.outcome.result));
+    if (result.offlinePair && choice == EngineChoice::Auto)
+        write(stderr, QStringLiteral("quillora-cli: translated offline by %1\n").arg(engineName(result)));
+    write(stdout, plainOutput(result.outcome.result));
     return ExitTranslated;
 }

@@ -3,13 +3,13 @@
 #include "Version.h"
 #include "app/LocaleChoice.h"
 
-#include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QStringDecoder>
 #include <QTimer>
 #include <QtNetwork/qtnetworkglobal.h>
+#include <utility>
 #if QT_CONFIG(ssl)
 #include <QSslConfiguration>
 #endif
@@ -38,11 +38,26 @@ QString decodeWith(const QByteArray& body, const QByteArray& codecName)
 
 } // namespace
 
-HttpClient::HttpClient(QObject* parent) : QObject(parent), m_manager(new QNetworkAccessManager(this)) {}
+HttpClient::HttpClient(QObject* parent)
+    : QObject(parent), m_manager(new QNetworkAccessManager(this)), m_limit(new QTimer(this))
+{
+    // One limit for the whole exchange: a trickle of bytes does not restart it.
+    m_limit->setSingleShot(true);
+    connect(m_limit, &QTimer::timeout, this, [this] {
+        m_timedOut = true;
+        if (m_reply)
+            m_reply->abort();
+    });
+}
 
+// No callback from here: the owner may be half destroyed.
 HttpClient::~HttpClient()
 {
-    cancel();
+    m_done = nullptr;
+    if (m_reply) {
+        m_reply->disconnect(this);
+        m_reply->abort();
+    }
 }
 
 QNetworkRequest HttpClient::makeRequest(const QUrl& url) const
@@ -58,20 +73,22 @@ QNetworkRequest HttpClient::makeRequest(const QUrl& url) const
     return request;
 }
 
-HttpReply HttpClient::get(const QUrl& url)
+bool HttpClient::get(const QUrl& url, Done done)
 {
     if (busy())
-        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running"), {}, {}};
-    return run(m_manager->get(makeRequest(url)));
+        return false;
+    start(m_manager->get(makeRequest(url)), std::move(done));
+    return true;
 }
 
-HttpReply HttpClient::post(const QUrl& url, const QByteArray& body, const QByteArray& contentType)
+bool HttpClient::post(const QUrl& url, const QByteArray& body, const QByteArray& contentType, Done done)
 {
     if (busy())
-        return {HttpReply::NetworkError, 0, {}, {}, QStringLiteral("another request is running"), {}, {}};
+        return false;
     QNetworkRequest request = makeRequest(url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
-    return run(m_manager->post(request, body));
+    start(m_manager->post(request, body), std::move(done));
+    return true;
 }
 
 void HttpClient::cancel()
@@ -82,38 +99,30 @@ void HttpClient::cancel()
     m_reply->abort();
 }
 
-HttpReply HttpClient::run(QNetworkReply* reply)
+void HttpClient::start(QNetworkReply* reply, Done done)
 {
     m_reply = reply;
-    m_cancelled = false;
-    bool tooLarge = false;
-    bool timedOut = false;
-    const qint64 maxBytes = m_maxBytes;
-
-    // One limit for the whole exchange: a trickle of bytes does not restart it.
-    QTimer limit;
-    limit.setSingleShot(true);
-    connect(&limit, &QTimer::timeout, reply, [reply, &timedOut] {
-        timedOut = true;
-        reply->abort();
-    });
-    limit.start(m_timeoutMs);
-
+    m_done = std::move(done);
+    m_cancelled = m_timedOut = m_tooLarge = false;
+    m_received = 0;
+    m_total = -1;
     // The declared length is checked as soon as headers arrive, the received count on every chunk.
-    connect(reply, &QNetworkReply::downloadProgress, reply,
-            [reply, maxBytes, &tooLarge](qint64 received, qint64 total) {
-                if (!tooLarge && (received > maxBytes || total > maxBytes)) {
-                    tooLarge = true;
-                    reply->abort();
-                }
-            });
+    connect(reply, &QNetworkReply::downloadProgress, this, [this, reply](qint64 received, qint64 total) {
+        m_received = received;
+        m_total = total;
+        if (!m_tooLarge && (received > m_maxBytes || total > m_maxBytes)) {
+            m_tooLarge = true;
+            reply->abort();
+        }
+    });
+    connect(reply, &QNetworkReply::finished, this, &HttpClient::finish);
+    m_limit->start(m_timeoutMs);
+}
 
-    if (!reply->isFinished()) {
-        QEventLoop loop;
-        connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-
+void HttpClient::finish()
+{
+    QNetworkReply* reply = m_reply;
+    m_limit->stop();
     HttpReply result;
     result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     result.contentType = reply->rawHeader("Content-Type");
@@ -121,25 +130,29 @@ HttpReply HttpClient::run(QNetworkReply* reply)
     result.url = reply->url();
     result.errorText = reply->errorString();
     const QNetworkReply::NetworkError error = reply->error();
+    // A body shorter than its declared length was cut short, whatever the error says.
+    const bool whole = m_total < 0 || m_received >= m_total;
     if (m_cancelled)
         result.outcome = HttpReply::Cancelled;
-    else if (tooLarge)
+    else if (m_tooLarge)
         result.outcome = HttpReply::TooLarge;
-    else if (timedOut || error == QNetworkReply::TimeoutError)
+    else if (m_timedOut || error == QNetworkReply::TimeoutError)
         result.outcome = HttpReply::TimedOut;
     else if (error == QNetworkReply::TooManyRedirectsError)
         result.outcome = HttpReply::TooManyRedirects;
-    else if (error == QNetworkReply::NoError || (result.status > 0 && isHttpStatusError(error)))
+    else if (whole && (error == QNetworkReply::NoError || (result.status > 0 && isHttpStatusError(error))))
         result.outcome = HttpReply::Ok;
     else
         result.outcome = HttpReply::NetworkError;
     if (result.outcome == HttpReply::Ok)
         result.body = reply->readAll();
 
-    m_cancelled = false;
     m_reply.clear();
+    reply->disconnect(this);
     reply->deleteLater();
-    return result;
+    // Last: the callback may start the next request.
+    if (const Done done = std::exchange(m_done, nullptr))
+        done(result);
 }
 
 QString decodeByCharset(const QByteArray& body, const QByteArray& contentType)
@@ -158,10 +171,8 @@ QString decodeByCharset(const QByteArray& body, const QByteArray& contentType)
     return QString::fromUtf8(body);
 }
 
-QString GetUrlBytesText(const QUrl& url, bool requireUpdateMarker)
+QString urlBytesText(const HttpReply& reply, bool requireUpdateMarker)
 {
-    HttpClient client;
-    const HttpReply reply = client.get(url);
     if (!reply.ok())
         return {};
     const QString text = decodeWith(reply.body, legacyCodecForLocale(systemLocaleName()));
@@ -170,10 +181,8 @@ QString GetUrlBytesText(const QUrl& url, bool requireUpdateMarker)
     return text;
 }
 
-QString GetUrlText(const QUrl& url)
+QString urlText(const HttpReply& reply)
 {
-    HttpClient client;
-    const HttpReply reply = client.get(url);
     if (!reply.ok())
         return {};
     const QString text = decodeByCharset(reply.body, reply.contentType);

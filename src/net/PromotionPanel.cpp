@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
-#include <QPointer>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QTimer>
@@ -27,7 +26,7 @@ constexpr int kGap = 4;
 } // namespace
 
 PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
-    : QObject(PicAD), m_deps(std::move(deps)), m_timer(new QTimer(this)),
+    : QObject(PicAD), m_deps(std::move(deps)), m_timer(new QTimer(this)), m_http(new HttpClient(this)),
       m_view(new PromotionView(PicAD, m_deps.openUrl)), m_button(new QPushButton(PicAD))
 {
     const int height = PicAD->height();
@@ -69,28 +68,36 @@ QAbstractButton* PromotionPanel::jcbutton2() const
 
 void PromotionPanel::Timer3_Timer()
 {
-    // A fetch lets the event loop run, and with it the next tick.
-    if (m_ticking)
+    // Ticks while the lists are on their way are skipped.
+    if (m_fetching)
         return;
     if (!m_deps.connectivity->isOnline()) {
         WriteOfflinePromotionFiles();
         return;
     }
-    m_ticking = true;
-    const QPointer<PromotionPanel> alive(this);
-    if (m_refetchCount == kRefetchAt) {
-        const QString pages = GetUrlBytesText(m_deps.addresses.makerList(kPageList), false);
-        if (!alive)
-            return;
+    if (m_refetchCount != kRefetchAt) {
+        rotate();
+        return;
+    }
+    m_fetching = true;
+    m_http->get(m_deps.addresses.makerList(kPageList), [this](const HttpReply& pageList) {
+        const QString pages = urlBytesText(pageList, false);
         if (pages.isEmpty())
             WriteOfflinePromotionFiles();
         else
             m_pages = splitPageList(pages);
-        FillPromotionTexts();
-        if (!alive)
-            return;
-        m_refetchCount = 0;
-    }
+        m_http->get(m_deps.addresses.makerList(kTextList), [this](const HttpReply& textList) {
+            FillPromotionTexts(urlText(textList));
+            m_refetchCount = 0;
+            m_fetching = false;
+            rotate();
+            Q_EMIT listsArrived();
+        });
+    });
+}
+
+void PromotionPanel::rotate()
+{
     if (m_pageIndex >= m_pages.size())
         m_pageIndex = 0;
     if (m_textIndex >= m_texts.size())
@@ -100,8 +107,6 @@ void PromotionPanel::Timer3_Timer()
         const QString page = m_pages.value(m_pageIndex);
         if (!page.isEmpty())
             m_view->navigate(QUrl(page));
-        if (!alive)
-            return;
         ++m_pageIndex;
         m_shown = m_texts.value(m_textIndex);
         m_button->setText(m_shown.caption);
@@ -110,7 +115,6 @@ void PromotionPanel::Timer3_Timer()
     }
     ++m_refetchCount;
     ++m_rotationCount;
-    m_ticking = false;
 }
 
 void PromotionPanel::jcbutton2_Click()
@@ -118,12 +122,8 @@ void PromotionPanel::jcbutton2_Click()
     openWebAddress(QUrl(m_shown.address), m_deps.openUrl);
 }
 
-void PromotionPanel::FillPromotionTexts()
+void PromotionPanel::FillPromotionTexts(const QString& text)
 {
-    const QPointer<PromotionPanel> alive(this);
-    const QString text = GetUrlText(m_deps.addresses.makerList(kTextList));
-    if (!alive)
-        return;
     const QList<SiteRecord> texts = parseSitesList(text);
     if (texts.isEmpty()) {
         SetPromotionPlaceholder();

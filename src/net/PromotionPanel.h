@@ -16,6 +16,7 @@ namespace quillora
 {
 
 class ConnectivityProbe;
+class HttpClient;
 class PromotionView;
 
 struct PromotionPanelDeps {
@@ -43,6 +44,7 @@ public:
 
     PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps);
 
+    // A tick that fetches the lists goes on when they have come; listsArrived() then follows.
     void Timer3_Timer();
     QTimer* Timer3() const { return m_timer; }
     PromotionView* WebBrowser3() const { return m_view; }
@@ -51,15 +53,20 @@ public:
     // Writes the offline page and its data into the temporary folder, each only when missing.
     void WriteOfflinePromotionFiles();
 
+Q_SIGNALS:
+    void listsArrived();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void FillPromotionTexts();
+    void FillPromotionTexts(const QString& text);
     void SetPromotionPlaceholder();
+    void rotate();
 
     PromotionPanelDeps m_deps;
     QTimer* m_timer;
+    HttpClient* m_http;
     PromotionView* m_view;
     QPushButton* m_button;
     // The first connected tick fetches the lists.
@@ -70,7 +77,7 @@ private:
     QList<SiteRecord> m_texts;
     int m_textIndex = 0;
     SiteRecord m_shown;
-    bool m_ticking = false;
+    bool m_fetching = false;
 };
 
 } // namespace quillora

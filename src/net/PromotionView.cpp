@@ -3,15 +3,19 @@
 #include "net/Http.h"
 #include "net/WebLink.h"
 
-#include <QPointer>
 #include <QTimer>
 
 namespace quillora
 {
 
 PromotionView::PromotionView(QWidget* parent, std::function<bool(const QUrl&)> openUrl)
-    : QTextBrowser(parent), m_openUrl(std::move(openUrl))
+    : QTextBrowser(parent), m_openUrl(std::move(openUrl)), m_pageHttp(new HttpClient(this)),
+      m_imageHttp(new HttpClient(this))
 {
+    m_pageHttp->setMaxBytes(kMaxPageBytes);
+    m_pageHttp->setTimeoutMs(kTimeoutMs);
+    m_imageHttp->setMaxBytes(kMaxImageBytes);
+    m_imageHttp->setTimeoutMs(kTimeoutMs);
     setObjectName(QStringLiteral("WebBrowser3"));
     setOpenLinks(false);
     setOpenExternalLinks(false);
@@ -26,18 +30,18 @@ void PromotionView::navigate(const QUrl& page)
 {
     if (!isWebAddress(page))
         return;
-    HttpClient http;
-    http.setMaxBytes(kMaxPageBytes);
-    http.setTimeoutMs(kTimeoutMs);
-    const QPointer<PromotionView> alive(this);
-    const HttpReply reply = http.get(page);
-    if (!alive || !reply.ok() || reply.status != 200)
-        return;
-    m_page = page;
-    m_html = decodeByCharset(reply.body, reply.contentType);
-    m_images.clear();
-    m_requested.clear();
-    render();
+    m_pageHttp->cancel();
+    m_pageHttp->get(page, [this, page](const HttpReply& reply) {
+        if (!reply.ok() || reply.status != 200)
+            return;
+        m_page = page;
+        m_html = decodeByCharset(reply.body, reply.contentType);
+        m_images.clear();
+        m_requested.clear();
+        m_waitingImages.clear();
+        m_imageHttp->cancel();
+        render();
+    });
 }
 
 void PromotionView::showFile(const QString& path)
@@ -67,29 +71,30 @@ QVariant PromotionView::loadResource(int type, const QUrl& name)
         return *known;
     if (!m_requested.contains(url) && m_requested.size() < kMaxImages) {
         m_requested.insert(url);
-        // Not from inside the layout that asked: the fetch runs the event loop.
-        QTimer::singleShot(0, this, [this, url] { fetchImage(url); });
+        m_waitingImages.append(url);
+        // Not from inside the layout that asked: an answer redoes the layout.
+        QTimer::singleShot(0, this, &PromotionView::fetchNextImage);
     }
     return {};
 }
 
-void PromotionView::fetchImage(const QUrl& url)
+void PromotionView::fetchNextImage()
 {
-    const QUrl page = m_page;
-    HttpClient http;
-    http.setMaxBytes(kMaxImageBytes);
-    http.setTimeoutMs(kTimeoutMs);
-    const QPointer<PromotionView> alive(this);
-    const HttpReply reply = http.get(url);
-    if (!alive || m_page != page || !reply.ok() || reply.status != 200)
+    if (m_imageHttp->busy() || m_waitingImages.isEmpty())
         return;
-    QImage image = QImage::fromData(reply.body);
-    if (image.isNull())
-        return;
-    if (image.width() > width() || image.height() > height())
-        image = image.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    m_images.insert(url, image);
-    render();
+    const QUrl url = m_waitingImages.takeFirst();
+    m_imageHttp->get(url, [this, url, page = m_page](const HttpReply& reply) {
+        if (m_page == page && reply.ok() && reply.status == 200) {
+            QImage image = QImage::fromData(reply.body);
+            if (!image.isNull()) {
+                if (image.width() > width() || image.height() > height())
+                    image = image.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+                m_images.insert(url, image);
+                render();
+            }
+        }
+        fetchNextImage();
+    });
 }
 
 } // namespace quillora

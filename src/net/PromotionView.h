@@ -9,8 +9,11 @@
 namespace quillora
 {
 
+class HttpClient;
+
 // The promotion page view: rich text only, so a page can run nothing. Pages and their images come
-// through the capped HTTP helper; links go to the default browser, never into the program.
+// through capped HTTP clients, images one after another; links go to the default browser, never into
+// the program.
 class PromotionView : public QTextBrowser
 {
     Q_OBJECT
@@ -22,7 +25,7 @@ public:
 
     PromotionView(QWidget* parent, std::function<bool(const QUrl&)> openUrl);
 
-    // A page on the web; a page that cannot be fetched leaves the view as it was.
+    // A page on the web, shown when it has come; a page that cannot be fetched leaves the view as it was.
     void navigate(const QUrl& page);
     void showFile(const QString& path);
     QUrl page() const { return m_page; }
@@ -31,10 +34,13 @@ protected:
     QVariant loadResource(int type, const QUrl& name) override;
 
 private:
-    void fetchImage(const QUrl& url);
+    void fetchNextImage();
     void render();
 
     std::function<bool(const QUrl&)> m_openUrl;
+    HttpClient* m_pageHttp;
+    HttpClient* m_imageHttp;
+    QList<QUrl> m_waitingImages;
     QUrl m_page;
     QString m_html;
     QHash<QUrl, QImage> m_images;

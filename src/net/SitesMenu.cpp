@@ -6,7 +6,6 @@
 #include <QAction>
 #include <QEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
@@ -29,7 +28,7 @@ QString itemKey(qsizetype index)
 SitesMenu::SitesMenu(QMenu* bar, QAction* fixedItem, QWidget* window, const ServiceAddresses& addresses,
                      std::function<bool(const QUrl&)> openUrl)
     : QObject(window), m_bar(bar), m_fixed(fixedItem), m_window(window), m_addresses(addresses),
-      m_openUrl(std::move(openUrl))
+      m_openUrl(std::move(openUrl)), m_http(new HttpClient(this))
 {
     m_window->installEventFilter(this);
 }
@@ -40,7 +39,9 @@ void SitesMenu::rebuild(int language)
     qDeleteAll(m_items);
     m_items.clear();
     const int generation = ++m_generation;
-    if (m_painted && m_window->isVisible()) {
+    m_http->cancel();
+    // Only the first list waits for a paint: a window hidden since then may not be painted for long.
+    if (m_painted) {
         QTimer::singleShot(0, this, [this, generation] { fetch(generation); });
         return;
     }
@@ -63,18 +64,27 @@ bool SitesMenu::eventFilter(QObject* watched, QEvent* event)
 }
 
 // The list first, its alternate when the list gives nothing; with neither the records stay as they were.
+// A newer rebuild may come while the lists are on their way: its generation wins.
 void SitesMenu::fetch(int generation)
 {
     if (generation != m_generation)
         return;
-    const QPointer<SitesMenu> alive(this);
     const SitesListNames names = sitesListNames(m_language);
-    QString text = GetUrlText(m_addresses.makerList(names.primary));
-    if (alive && generation == m_generation && text.isEmpty())
-        text = GetUrlText(m_addresses.makerList(names.alternate));
-    // A newer rebuild or the end of the window may have come while the lists were on their way.
-    if (!alive || generation != m_generation)
-        return;
+    m_http->get(m_addresses.makerList(names.primary), [this, generation, names](const HttpReply& reply) {
+        if (generation != m_generation)
+            return;
+        const QString text = urlText(reply);
+        if (!text.isEmpty())
+            return fill(text);
+        m_http->get(m_addresses.makerList(names.alternate), [this, generation](const HttpReply& alternate) {
+            if (generation == m_generation)
+                fill(urlText(alternate));
+        });
+    });
+}
+
+void SitesMenu::fill(const QString& text)
+{
     if (!text.isEmpty())
         m_records = parseSitesList(text);
     addRecordItems();

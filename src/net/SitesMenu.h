@@ -14,9 +14,12 @@ class QWidget;
 namespace quillora
 {
 
+class HttpClient;
+
 // The "Cool Website" menu: the fixed "menuSite10" at once, and the records of the interface
-// language's sites list as "menuSite0", "menuSite1", ... once the list arrives. The list is fetched
-// once the window has first been painted, so it never holds up the showing.
+// language's sites list as "menuSite0", "menuSite1", ... once the list arrives. The first list is
+// fetched once the window has first been painted, so it never holds up the showing; later ones at once,
+// shown or hidden.
 class SitesMenu : public QObject
 {
     Q_OBJECT
@@ -40,6 +43,7 @@ protected:
 
 private:
     void fetch(int generation);
+    void fill(const QString& text);
     void addRecordItems();
 
     QMenu* m_bar;
@@ -47,6 +51,7 @@ private:
     QWidget* m_window;
     ServiceAddresses m_addresses;
     std::function<bool(const QUrl&)> m_openUrl;
+    HttpClient* m_http;
     QList<SiteRecord> m_records;
     QList<QAction*> m_items;
     int m_language = 1;

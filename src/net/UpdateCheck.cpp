@@ -19,7 +19,7 @@ namespace quillora
 {
 
 UpdateCheck::UpdateCheck(UpdateCheckDeps deps, QObject* parent)
-    : QObject(parent), m_deps(std::move(deps)), m_timer(new QTimer(this))
+    : QObject(parent), m_deps(std::move(deps)), m_timer(new QTimer(this)), m_http(new HttpClient(this))
 {
     m_timer->setObjectName(QStringLiteral("Timer2"));
     m_timer->setInterval(kDelayMs);
@@ -32,12 +32,21 @@ void UpdateCheck::Timer2_Timer()
     m_timer->stop();
     if (!m_deps.connectivity->isOnline()) {
         m_deps.notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok);
+        Q_EMIT finished();
         return;
     }
-    // The fetch lets the window run on; it may be gone when the answer comes.
-    const QPointer<UpdateCheck> alive(this);
-    const QString text = GetUrlBytesText(m_deps.addresses.updateList(), true);
-    if (!alive || text.isEmpty())
+    m_http->get(m_deps.addresses.updateList(), [this](const HttpReply& reply) {
+        // The notice lets the window run on; it may be gone when the answer comes.
+        const QPointer<UpdateCheck> alive(this);
+        listArrived(urlBytesText(reply, true));
+        if (alive)
+            Q_EMIT finished();
+    });
+}
+
+void UpdateCheck::listArrived(const QString& text)
+{
+    if (text.isEmpty())
         return;
     const UpdateList list = parseUpdateList(text);
 
@@ -48,6 +57,7 @@ void UpdateCheck::Timer2_Timer()
 
     if (!isNewerVersion(versionText(), list.version))
         return;
+    const QPointer<UpdateCheck> alive(this);
     const QMessageBox::StandardButton answer =
         m_deps.notice(MsgNewVersion, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel);
     if (!alive)

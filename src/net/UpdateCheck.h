@@ -14,6 +14,7 @@ namespace quillora
 {
 
 class ConnectivityProbe;
+class HttpClient;
 
 // What the check needs from its window; every part can be replaced by a test.
 struct UpdateCheckDeps {
@@ -41,14 +42,20 @@ public:
 
     UpdateCheck(UpdateCheckDeps deps, QObject* parent);
 
+    // Starts the check; finished() follows once it has run its course.
     void Timer2_Timer();
     QTimer* Timer2() const { return m_timer; }
 
+Q_SIGNALS:
+    void finished();
+
 private:
+    void listArrived(const QString& text);
     bool writeUpdater(const QString& path) const;
 
     UpdateCheckDeps m_deps;
     QTimer* m_timer;
+    HttpClient* m_http;
 };
 
 } // namespace quillora

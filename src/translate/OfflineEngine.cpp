@@ -2,12 +2,12 @@
 
 #include "translate/LanguageGuesser.h"
 
-#include <QEventLoop>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTimer>
 #include <csignal>
 #include <unistd.h>
+#include <utility>
 
 namespace quillora
 {
@@ -26,65 +26,95 @@ void killPipeline(QProcess& process)
 } // namespace
 
 OfflineEngine::OfflineEngine(QString program, QObject* parent)
-    : QObject(parent), m_program(std::move(program))
+    : QObject(parent), m_program(std::move(program)), m_limit(new QTimer(this))
 {
+    m_limit->setSingleShot(true);
+    connect(m_limit, &QTimer::timeout, this, [this] {
+        m_timedOut = true;
+        if (m_process)
+            killPipeline(*m_process);
+    });
 }
 
+// No callback from here: the owner may be half destroyed.
 OfflineEngine::~OfflineEngine()
 {
-    cancel();
+    m_runDone = nullptr;
+    m_waitingForPairs.clear();
+    if (m_process) {
+        m_process->disconnect(this);
+        killPipeline(*m_process);
+        delete m_process;
+    }
 }
 
-QList<OfflinePair> OfflineEngine::pairs()
+void OfflineEngine::listPairs(PairsDone done)
 {
-    if (!m_pairs && !busy()) {
-        const Run listing = run({QStringLiteral("-l")}, {});
-        // One mode name per line; none when the program is missing.
-        m_pairs = offlinePairsFromModes(
-            QString::fromUtf8(listing.out).simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts));
-    }
-    return m_pairs.value_or(QList<OfflinePair>());
+    if (m_pairs)
+        return done(*m_pairs);
+    const bool listing = !m_waitingForPairs.isEmpty();
+    if (!listing && busy())
+        return done({});
+    m_waitingForPairs.append(std::move(done));
+    if (listing)
+        return;
+    run({QStringLiteral("-l")}, {}, [this](TranslationFailure failure, const QByteArray& out) {
+        // One mode name per line; none when the program is missing. A cancelled listing is asked again.
+        const QList<OfflinePair> pairs = offlinePairsFromModes(
+            QString::fromUtf8(out).simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        if (failure != TranslationFailure::Cancelled)
+            m_pairs = pairs;
+        for (const PairsDone& waiting : std::exchange(m_waitingForPairs, {}))
+            waiting(pairs);
+    });
 }
 
 std::optional<OfflinePair> OfflineEngine::pairFor(const TranslationRequest& request)
 {
-    const QList<OfflinePair> installed = pairs();
+    if (!m_pairs)
+        return std::nullopt;
     QString source = request.sourceCode;
     if (source.isEmpty()) {
-        if (!m_guesser && m_pairs) {
+        if (!m_guesser) {
             QStringList sources;
-            for (const OfflinePair& pair : installed) {
+            for (const OfflinePair& pair : *m_pairs) {
                 if (!sources.contains(pair.source))
                     sources.append(pair.source);
             }
             m_guesser = std::make_unique<LanguageGuesser>(sources);
         }
-        if (m_guesser)
-            source = m_guesser->guess(request.text);
+        source = m_guesser->guess(request.text);
     }
-    for (const OfflinePair& pair : installed) {
+    for (const OfflinePair& pair : *m_pairs) {
         if (pair.source == source && pair.target == request.targetCode)
             return pair;
     }
     return std::nullopt;
 }
 
-TranslationOutcome OfflineEngine::translate(const OfflinePair& pair, const QString& text)
+bool OfflineEngine::translate(const OfflinePair& pair, const QString& text, Done done)
 {
-    TranslationOutcome outcome;
+    if (busy())
+        return false;
     if (text.trimmed().isEmpty()) {
+        TranslationOutcome outcome;
         outcome.failure = TranslationFailure::NothingToTranslate;
-        return outcome;
+        done(outcome);
+        return true;
     }
-    const Run translated = run({QStringLiteral("-u"), pair.mode}, text.toUtf8());
-    outcome.failure = translated.failure;
-    if (translated.failure == TranslationFailure::None) {
-        outcome.response = QString::fromUtf8(translated.out);
-        outcome.result.translation = withoutUnknownMarks(outcome.response, text);
-        if (outcome.result.translation.trimmed().isEmpty())
-            outcome.failure = TranslationFailure::Empty;
-    }
-    return outcome;
+    run({QStringLiteral("-u"), pair.mode}, text.toUtf8(),
+        [text, done = std::move(done)](TranslationFailure failure, const QByteArray& out) {
+            TranslationOutcome outcome;
+            outcome.failure = failure;
+            if (failure == TranslationFailure::None) {
+                outcome.response = QString::fromUtf8(out);
+                outcome.result.translation = withoutUnknownMarks(outcome.response, text);
+                if (outcome.result.translation.trimmed().isEmpty())
+                    outcome.failure = TranslationFailure::Empty;
+            }
+            done(outcome);
+        });
+    return true;
 }
 
 void OfflineEngine::cancel()
@@ -95,62 +125,57 @@ void OfflineEngine::cancel()
     killPipeline(*m_process);
 }
 
-OfflineEngine::Run OfflineEngine::run(const QStringList& arguments, const QByteArray& input)
+void OfflineEngine::run(const QStringList& arguments, const QByteArray& input, RunDone done)
 {
-    Run result;
-    if (busy()) {
-        result.failure = TranslationFailure::BadAnswer;
-        return result;
-    }
-    QProcess process;
-    m_process = &process;
-    m_cancelled = false;
-    bool tooLarge = false;
-    bool timedOut = false;
-    QEventLoop loop;
-    QTimer limit;
-    limit.setSingleShot(true);
-    connect(&limit, &QTimer::timeout, &process, [&] {
-        timedOut = true;
-        killPipeline(process);
-    });
-    connect(&process, &QProcess::readyReadStandardOutput, &process, [&] {
-        result.out += process.readAllStandardOutput();
-        if (!tooLarge && result.out.size() > m_maxBytes) {
-            tooLarge = true;
-            killPipeline(process);
+    auto* process = new QProcess(this);
+    m_process = process;
+    m_runDone = std::move(done);
+    m_out.clear();
+    m_started = m_cancelled = m_timedOut = m_tooLarge = false;
+    connect(process, &QProcess::readyReadStandardOutput, this, [this, process] {
+        m_out += process->readAllStandardOutput();
+        if (!m_tooLarge && m_out.size() > m_maxBytes) {
+            m_tooLarge = true;
+            killPipeline(*process);
         }
     });
-    connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-    connect(&process, &QProcess::errorOccurred, &loop, [&](QProcess::ProcessError error) {
+    connect(process, &QProcess::started, this, [this, process, input] {
+        m_started = true;
+        process->write(input);
+        process->closeWriteChannel();
+    });
+    connect(process, &QProcess::finished, this, &OfflineEngine::ended);
+    connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            loop.quit();
+            ended();
     });
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->setChildProcessModifier([] { ::setpgid(0, 0); });
+    m_limit->start(m_timeoutMs);
+    process->start(m_program, arguments);
+}
 
-    bool started = false;
-    connect(&process, &QProcess::started, &process, [&] {
-        started = true;
-        process.write(input);
-        process.closeWriteChannel();
-    });
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.setChildProcessModifier([] { ::setpgid(0, 0); });
-    process.start(m_program, arguments);
-    if (process.state() != QProcess::NotRunning) {
-        limit.start(m_timeoutMs);
-        loop.exec();
-    }
-    result.out += process.readAllStandardOutput();
-    m_process.clear();
-
+void OfflineEngine::ended()
+{
+    QProcess* process = m_process;
+    if (!process)
+        return;
+    m_limit->stop();
+    m_out += process->readAllStandardOutput();
+    TranslationFailure failure = TranslationFailure::None;
     if (m_cancelled)
-        result.failure = TranslationFailure::Cancelled;
-    else if (timedOut)
-        result.failure = TranslationFailure::TimedOut;
-    else if (tooLarge || !started || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        result.failure = TranslationFailure::BadAnswer;
-    m_cancelled = false;
-    return result;
+        failure = TranslationFailure::Cancelled;
+    else if (m_timedOut)
+        failure = TranslationFailure::TimedOut;
+    else if (m_tooLarge || !m_started || process->exitStatus() != QProcess::NormalExit ||
+             process->exitCode() != 0)
+        failure = TranslationFailure::BadAnswer;
+    m_process.clear();
+    process->disconnect(this);
+    process->deleteLater();
+    // Last: the callback may start the next run.
+    if (const RunDone done = std::exchange(m_runDone, nullptr))
+        done(failure, std::exchange(m_out, {}));
 }
 
 QString withoutUnknownMarks(const QString& output, const QString& source)

@@ -5,32 +5,42 @@
 
 #include <QObject>
 #include <QPointer>
+#include <functional>
 #include <memory>
 #include <optional>
 
 class QProcess;
+class QTimer;
 
 namespace quillora
 {
 
 class LanguageGuesser;
 
-// Translation without the network, by Debian's Apertium language pairs. Each translation runs the
-// `apertium` program with a local event loop, like a request: the window keeps painting, and the
-// time limit and answer cap of a request apply. The installed pairs are asked for once.
+// Translation without the network, by Debian's Apertium language pairs. The installed pairs (from
+// `apertium -l`, asked for once) and each translation come from runs of the `apertium` program that
+// report when they end, under the time limit and answer cap of a request. One run at a time.
 class OfflineEngine : public QObject
 {
     Q_OBJECT
 public:
+    using PairsDone = std::function<void(const QList<OfflinePair>&)>;
+    using Done = std::function<void(const TranslationOutcome&)>;
+
     explicit OfflineEngine(QString program = QStringLiteral("apertium"), QObject* parent = nullptr);
     ~OfflineEngine() override;
 
-    // Empty while another run of the program is under way.
-    QList<OfflinePair> pairs();
-    // The pair that translates the request; with detection the source is guessed among the pairs'
-    // sources. nullopt when no installed pair covers it.
+    // The installed pairs to `done`: at once when already known, else when the listing ends. Empty
+    // while a translation runs.
+    void listPairs(PairsDone done);
+    // The pairs once listed; nullopt before.
+    const std::optional<QList<OfflinePair>>& knownPairs() const { return m_pairs; }
+    // The listed pair that translates the request; with detection the source is guessed among the
+    // pairs' sources. nullopt when none covers it or the pairs are not listed yet.
     std::optional<OfflinePair> pairFor(const TranslationRequest& request);
-    TranslationOutcome translate(const OfflinePair& pair, const QString& text);
+    // The outcome goes to `done`, at once for an empty text. False, with nothing called, while a run
+    // is under way.
+    bool translate(const OfflinePair& pair, const QString& text, Done done);
     void cancel();
     bool busy() const { return !m_process.isNull(); }
 
@@ -38,17 +48,22 @@ public:
     void setMaxBytes(qint64 bytes) { m_maxBytes = bytes; }
 
 private:
-    struct Run {
-        TranslationFailure failure = TranslationFailure::None;
-        QByteArray out;
-    };
-    Run run(const QStringList& arguments, const QByteArray& input);
+    using RunDone = std::function<void(TranslationFailure, const QByteArray& out)>;
+    void run(const QStringList& arguments, const QByteArray& input, RunDone done);
+    void ended();
 
     QString m_program;
     std::optional<QList<OfflinePair>> m_pairs;
+    QList<PairsDone> m_waitingForPairs;
     std::unique_ptr<LanguageGuesser> m_guesser;
     QPointer<QProcess> m_process;
+    QTimer* m_limit;
+    RunDone m_runDone;
+    QByteArray m_out;
+    bool m_started = false;
     bool m_cancelled = false;
+    bool m_timedOut = false;
+    bool m_tooLarge = false;
     int m_timeoutMs = HttpClient::kDefaultTimeoutMs;
     qint64 m_maxBytes = HttpClient::kDefaultMaxBytes;
 };

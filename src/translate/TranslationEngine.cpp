@@ -174,46 +174,67 @@ TranslationOutcome TranslationEngine::refusal(const HttpReply& reply, const QStr
     return outcome;
 }
 
-TranslationOutcome TranslationEngine::translate(const TranslationRequest& request)
+bool TranslationEngine::translate(const TranslationRequest& request, Done done)
 {
-    if (trimBlanks(request.text).isEmpty())
-        return failed(TranslationFailure::NothingToTranslate);
-    if (request.text.toUtf8().size() > kMaxTextBytes)
-        return failed(TranslationFailure::TooLong);
-    const QDateTime wait = m_backoff.notBefore();
-    if (wait.isValid()) {
+    if (busy())
+        return false;
+    if (trimBlanks(request.text).isEmpty()) {
+        done(failed(TranslationFailure::NothingToTranslate));
+        return true;
+    }
+    if (request.text.toUtf8().size() > kMaxTextBytes) {
+        done(failed(TranslationFailure::TooLong));
+        return true;
+    }
+    if (const QDateTime wait = m_backoff.notBefore(); wait.isValid()) {
         TranslationOutcome outcome = failed(TranslationFailure::Refused);
         outcome.retryAt = wait;
-        return outcome;
+        done(outcome);
+        return true;
     }
-
     if (formSkipped()) {
         --m_formSkipsLeft;
-    } else {
-        const HttpReply reply = m_http.post(
-            m_addresses.formUrl(),
-            buildRequestBody(request.text, request.interfaceCode, request.sourceCode, request.targetCode),
-            kFormContentType);
-        if (!reply.ok())
-            return failed(failureOf(reply.outcome));
-        const QString page = decodeByCharset(reply.body, reply.contentType);
-        if (hasFormMarkers(page)) {
-            m_backoff.answered();
-            return succeeded(parseFormResponse(page), page);
-        }
-        if (TranslationOutcome refused = refusal(reply, page); !refused.ok())
-            return refused;
-        if (page.isEmpty())
-            return failed(TranslationFailure::Empty);
-        // A page without any of the old markers: the form has changed, perhaps only for a while.
-        m_formSkippedUntil = m_backoff.now().addSecs(kFormRetryMinutes * 60);
-        m_formSkipsLeft = kFormRetryRequests;
+        askJson(request, std::move(done));
+        return true;
     }
+    m_http.post(m_addresses.formUrl(),
+                buildRequestBody(request.text, request.interfaceCode, request.sourceCode, request.targetCode),
+                kFormContentType, [this, request, done = std::move(done)](const HttpReply& reply) {
+                    formAnswered(request, reply, done);
+                });
+    return true;
+}
 
-    const HttpReply reply =
-        m_http.get(jsonRequestUrl(m_addresses.api, m_addresses.apiClient, request.text,
-                                  request.sourceCode.isEmpty() ? QStringLiteral("auto") : request.sourceCode,
-                                  request.targetCode, request.interfaceCode));
+void TranslationEngine::formAnswered(const TranslationRequest& request, const HttpReply& reply,
+                                     const Done& done)
+{
+    if (!reply.ok())
+        return done(failed(failureOf(reply.outcome)));
+    const QString page = decodeByCharset(reply.body, reply.contentType);
+    if (hasFormMarkers(page)) {
+        m_backoff.answered();
+        return done(succeeded(parseFormResponse(page), page));
+    }
+    if (TranslationOutcome refused = refusal(reply, page); !refused.ok())
+        return done(refused);
+    if (page.isEmpty())
+        return done(failed(TranslationFailure::Empty));
+    // A page without any of the old markers: the form has changed, perhaps only for a while.
+    m_formSkippedUntil = m_backoff.now().addSecs(kFormRetryMinutes * 60);
+    m_formSkipsLeft = kFormRetryRequests;
+    askJson(request, done);
+}
+
+void TranslationEngine::askJson(const TranslationRequest& request, Done done)
+{
+    m_http.get(jsonRequestUrl(m_addresses.api, m_addresses.apiClient, request.text,
+                              request.sourceCode.isEmpty() ? QStringLiteral("auto") : request.sourceCode,
+                              request.targetCode, request.interfaceCode),
+               [this, done = std::move(done)](const HttpReply& reply) { done(jsonAnswered(reply)); });
+}
+
+TranslationOutcome TranslationEngine::jsonAnswered(const HttpReply& reply)
+{
     if (!reply.ok())
         return failed(failureOf(reply.outcome));
     const QString answer = decodeByCharset(reply.body, reply.contentType);

@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <functional>
 
 namespace quillora
 {
@@ -72,8 +73,11 @@ public:
     static constexpr int kFormRetryRequests = 20;
     static constexpr int kFormRetryMinutes = 30;
 
-    TranslationOutcome translate(const TranslationRequest& request); // blocking, local event loop
-    void cancel();                                                   // the running request ends Cancelled
+    using Done = std::function<void(const TranslationOutcome&)>;
+    // Starts the request; the outcome goes to `done`, at once for a request that sends nothing (an
+    // empty or too long text, a wait not yet over). False, with nothing called, while one runs.
+    bool translate(const TranslationRequest& request, Done done);
+    void cancel(); // the running request ends Cancelled
     bool busy() const { return m_http.busy(); }
     bool formSkipped() const; // the next request goes to the JSON interface
     const ServiceAddresses& addresses() const { return m_addresses; }
@@ -83,6 +87,9 @@ public:
 private:
     // Not None when the answer refuses or asks for a person; the back-off then holds the wait.
     TranslationOutcome refusal(const HttpReply& reply, const QString& page);
+    void formAnswered(const TranslationRequest& request, const HttpReply& reply, const Done& done);
+    void askJson(const TranslationRequest& request, Done done);
+    TranslationOutcome jsonAnswered(const HttpReply& reply);
 
     ServiceAddresses m_addresses;
     ServiceBackoff m_backoff;

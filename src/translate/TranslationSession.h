@@ -5,7 +5,6 @@
 
 #include <QObject>
 #include <QString>
-#include <memory>
 #include <optional>
 
 namespace quillora
@@ -15,9 +14,9 @@ namespace quillora
 struct SessionResult {
     TranslationOutcome outcome;             // failure None on success
     std::optional<OfflinePair> offlinePair; // set when the offline engine gave the outcome
-    bool uncovered = false; // offline only, and no installed pair covers it: nothing was run
-    QString source;         // the text as it was given
-    QString sourceCode;     // the languages it was sent with ("" = detect)
+    bool uncovered = false;                 // offline only, and no installed pair covers it: nothing was run
+    QString source;                         // the text as it was given
+    QString sourceCode;                     // the languages it was sent with ("" = detect)
     QString targetCode;
     bool SourceSpeechOk = false; // a speech page was made for the source text
     bool TranslationSpeechOk = false;
@@ -30,12 +29,13 @@ class TranslationSession : public QObject
 {
     Q_OBJECT
 public:
+    // An empty tempFolder makes no speech pages (the command-line tool).
     TranslationSession(TranslationEngine* service, OfflineEngine* offline, QString tempFolder,
                        QObject* parent = nullptr);
     ~TranslationSession() override;
 
-    // Language state by picker rows: source row 0 detects, row 1 is the separator (no change),
-    // catalogue index + 2 after; target and "hl" rows are catalogue indexes.
+    // Language state by picker rows: source rows 0 and 1 (the separator) detect, catalogue index + 2
+    // after; target and "hl" rows are catalogue indexes.
     void setSourceRow(int row);
     void setTargetRow(int row);
     void setInterfaceRow(int row);
@@ -55,19 +55,35 @@ public:
     // The running translation ends Cancelled; nothing when idle.
     void cancel();
     bool Translating() const;
-    // Steps the history ring back and emits wentBack() with that slot before returning.
+    // Steps the history ring back, takes that slot's rows and emits wentBack() with it before
+    // returning. Nothing while a translation runs.
     void goBack();
     const HistoryRing& ring() const;
     const QString& tempFolder() const;
 
 Q_SIGNALS:
+    // busyChanged(false) comes just before finished(), so that a slot on either may translate again.
     void busyChanged(bool busy);
     void finished(const SessionResult& result);
     void wentBack(const HistorySlot& slot);
 
 private:
-    struct Impl;
-    std::unique_ptr<Impl> m;
+    void setBusy(bool busy);
+    void complete(const TranslationRequest& request, RoutedOutcome routed, int sourceRow, int targetRow);
+    bool makeSpeechPage(const QString& text, const QString& code, int slot) const;
+
+    TranslationEngine* m_service;
+    TranslationRouter m_router;
+    QString m_tempFolder;
+    HistoryRing m_ring;
+    int m_sourceRow = 0;
+    int m_targetRow = 0;
+    QString m_sourceCode;
+    QString m_targetCode;
+    QString m_interfaceCode = QStringLiteral("en");
+    bool m_caching = false;
+    bool m_translating = false;
+    bool m_cancelled = false;
 };
 
 } // namespace quillora

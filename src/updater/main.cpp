@@ -11,12 +11,12 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryFile>
 #include <QThread>
-#include <QTimer>
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
@@ -63,9 +63,8 @@ bool waitUntilEnded(const QString& path)
     return true;
 }
 
-// The download in the program's place: written beside it, made executable, then renamed over it,
-// so the program is either the old one or the whole new one. Checked before anything is written.
-QString replaceProgram(const QString& program, const QUrl& listAddress, const UpdateList& list)
+// Why the program must not be replaced from this list; "" when it may.
+QString refusalToReplace(const QString& program, const QUrl& listAddress, const UpdateList& list)
 {
     const QString folder = QFileInfo(program).absolutePath();
     if (::access(QFile::encodeName(folder).constData(), W_OK) != 0)
@@ -74,18 +73,25 @@ QString replaceProgram(const QString& program, const QUrl& listAddress, const Up
         return QStringLiteral("the update list did not come over https");
     if (list.sha256.isEmpty())
         return QStringLiteral("the update list gives no digest");
+    return {};
+}
+
+int downloadLimitMs()
+{
     const int shortened = qEnvironmentVariableIntValue("QUILLORA_DOWNLOAD_MS");
-    const int limitMs = shortened > 0 ? std::min(shortened, kDownloadMs) : kDownloadMs;
-    HttpClient http;
-    http.setTimeoutMs(limitMs);
-    http.setMaxBytes(kMaxDownloadBytes);
-    QTimer::singleShot(limitMs, &http, &HttpClient::cancel);
-    const HttpReply reply = http.get(QUrl(list.download));
+    return shortened > 0 ? std::min(shortened, kDownloadMs) : kDownloadMs;
+}
+
+// The download in the program's place: written beside it, made executable, then renamed over it,
+// so the program is either the old one or the whole new one. Checked before anything is written.
+QString replaceProgram(const QString& program, const HttpReply& reply, const UpdateList& list)
+{
     if (!reply.ok() || reply.status != 200)
         return QStringLiteral("the download failed: %1").arg(reply.errorText);
     if (QCryptographicHash::hash(reply.body, QCryptographicHash::Sha256) != list.sha256)
         return QStringLiteral("the download does not match its digest");
 
+    const QString folder = QFileInfo(program).absolutePath();
     QTemporaryFile part(folder + QStringLiteral("/.") + QFileInfo(program).fileName() +
                         QStringLiteral(".XXXXXX"));
     if (!part.open() || part.write(reply.body) != reply.body.size() || !part.flush() ||
@@ -117,9 +123,26 @@ int main(int argc, char** argv)
     if (!waitUntilEnded(running.isEmpty() ? program : running))
         say(QStringLiteral("%1 is still running; going on").arg(program));
 
+    // The one place that waits: the answers come by callback.
+    QEventLoop loop;
+    HttpClient http;
+    HttpReply reply;
+    const auto fetch = [&](const QUrl& url) {
+        http.get(url, [&](const HttpReply& got) {
+            reply = got;
+            loop.quit();
+        });
+        loop.exec();
+        return reply;
+    };
     const ServiceAddresses site = ServiceAddresses::fromEnvironment();
-    const UpdateList list = parseUpdateList(GetUrlBytesText(site.updateList(), true));
-    const QString failure = replaceProgram(program, site.updateList(), list);
+    const UpdateList list = parseUpdateList(urlBytesText(fetch(site.updateList()), true));
+    QString failure = refusalToReplace(program, site.updateList(), list);
+    if (failure.isEmpty()) {
+        http.setTimeoutMs(downloadLimitMs());
+        http.setMaxBytes(kMaxDownloadBytes);
+        failure = replaceProgram(program, fetch(QUrl(list.download)), list);
+    }
     if (failure.isEmpty()) {
         say(QStringLiteral("%1 updated to %2").arg(program, list.version));
     } else {

@@ -105,6 +105,13 @@ void StandinService::onReadyRead(QTcpSocket* socket)
         drip->start(50);
         return;
     }
+    if (request.path().startsWith(u"/cut/")) {
+        const int length = request.path().mid(5).toInt();
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(length) + "\r\n\r\n" +
+                      QByteArray(length / 2, 'x'));
+        QTimer::singleShot(200, socket, &QTcpSocket::abort);
+        return;
+    }
     QTimer::singleShot(m_modes.delayMs, socket, [socket, out = answer(request)] {
         socket->write(out);
         socket->disconnectFromHost();

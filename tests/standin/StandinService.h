@@ -14,7 +14,8 @@ namespace quillora::test
 // connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode),
 // GET /files/<name> (set by setFile; otherwise a "404 Not Found" page), GET /status/<n> (a page
 // with status n), GET /redirect/<n> (n redirects, then a page; "loop" never ends) and GET
-// /trickle/<n> (a length of n, then a byte every 50 ms). Every request is recorded.
+// /trickle/<n> (a length of n, then a byte every 50 ms) and GET /cut/<n> (a length of n, half of it, then
+// the connection drops). Every request is recorded.
 // Translations are deterministic: to "fr" a few English words (hello -> bonjour, world -> monde,
 // cat -> chat, dog -> chien), every other word upper-cased; the romanization is the translation in
 // lower case between "/" marks; the dictionary has "interjection" entries for "hello" to "fr" and a
