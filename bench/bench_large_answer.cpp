@@ -44,12 +44,12 @@ void capSizedAnswerToShown(benchmark::State& state)
     QApplication::processEvents();
     for (auto _ : state) {
         QSignalSpy finished(&window, &quillora::FormMian::translationFinished);
-        window.sourceBox()->setPlainText(QStringLiteral("The weather is nice today."));
+        quillora::test::box(window, "sourceBox")->setPlainText(QStringLiteral("The weather is nice today."));
         window.jcbuttonClick(0);
         while (finished.isEmpty())
             QApplication::processEvents(QEventLoop::WaitForMoreEvents);
         window.repaint();
-        if (window.resultBox()->toPlainText().isEmpty())
+        if (quillora::test::box(window, "resultBox")->toPlainText().isEmpty())
             state.SkipWithError("nothing was shown");
     }
     state.counters["peak_MiB"] = peakMiB();

@@ -362,14 +362,14 @@ private Q_SLOTS:
     void backShowsTheRing()
     {
         FormMian& w = open(kEnglishFrench, true);
-        const QStringList texts{u"world"_s, QString(101, u'x')};
-        const QList<int> targets{22, 19};
+        const QStringList texts{u"world"_s, QString(101, u'x'), u"thank you"_s};
+        const QList<int> targets{22, 19, 49};
         for (int i = 0; i < texts.size(); ++i) {
             combo(w, "Combo1")->setCurrentIndex(targets.at(i));
             QVERIFY(translate(w, texts.at(i)));
             QCOMPARE(speaker(w, 1)->isHidden(), i == 1); // up to 100 characters
         }
-        w.jcbuttonClick(kBack);
+        w.jcbuttonClick(kBack); // the one before the last
         QCOMPARE(boxes(w).section(u'|', 0, 1), texts.at(1) + u'|' + QString(101, u'X'));
         QVERIFY(speaker(w, 1)->isHidden());
         w.jcbuttonClick(kBack);

@@ -26,12 +26,12 @@ private Q_SLOTS:
         QSignalSpy finished(&window, &FormMian::translationFinished);
         test::PingProbe probe;
         QVERIFY(probe.start(window.winId()));
-        window.sourceBox()->setPlainText(QStringLiteral("The weather is nice today."));
+        test::box(window, "sourceBox")->setPlainText(QStringLiteral("The weather is nice today."));
         window.jcbuttonClick(0);
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 60000);
         QTest::qWait(200); // a paint of what was shown, answered too
         const test::PingProbe::Result pings = probe.stop();
-        QVERIFY(window.resultBox()->toPlainText().startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
+        QVERIFY(test::box(window, "resultBox")->toPlainText().startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
         if (pings.maxRoundTripMs < 0)
             QSKIP("the ping probe gave no result");
         const double peakMiB = test::peakResidentKiB() / 1024.0;

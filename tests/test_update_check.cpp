@@ -49,7 +49,7 @@ struct Rig : WindowRig {
         FormMianDeps d = deps();
         if (!programFolder.isEmpty())
             d.programPath = programFolder + u"/quillora"_s;
-        open(d).promotionPanel()->Timer3()->stop(); // ticks are driven by hand
+        open(d).findChild<PromotionPanel*>()->Timer3()->stop(); // ticks are driven by hand
     }
     ~Rig() { window.reset(); }
     QString updater() const { return dir.filePath(u"Update.exe"_s); }
@@ -64,13 +64,13 @@ struct Rig : WindowRig {
     // One update check, to its end.
     void check()
     {
-        QSignalSpy done(window->updateCheck(), &UpdateCheck::finished);
-        window->updateCheck()->Timer2_Timer();
+        QSignalSpy done(window->findChild<UpdateCheck*>(), &UpdateCheck::finished);
+        window->findChild<UpdateCheck*>()->Timer2_Timer();
         QVERIFY(done.wait(10000));
     }
     void showAndWaitForSites()
     {
-        QSignalSpy filled(window->sitesMenu(), &SitesMenu::filled);
+        QSignalSpy filled(window->findChild<SitesMenu*>(), &SitesMenu::filled);
         window->show();
         QVERIFY(filled.wait(5000));
     }
@@ -173,7 +173,7 @@ private Q_SLOTS:
         Rig rig;
         rig.connectivity.setOnline(false);
         rig.site.setUpdate(u"2.1.92"_s);
-        QTimer* timer = rig.window->updateCheck()->Timer2();
+        QTimer* timer = rig.window->findChild<UpdateCheck*>()->Timer2();
         QVERIFY(timer->isActive());
         timer->setInterval(10);
         QTRY_COMPARE(rig.notices.size(), 1);
@@ -245,7 +245,7 @@ private Q_SLOTS:
         items.at(11)->trigger();
         QCOMPARE(rig.opened, QStringList({rig.site.url() + u"/sites.html"_s, u"http://s11"_s}));
 
-        QSignalSpy filled(rig.window->sitesMenu(), &SitesMenu::filled);
+        QSignalSpy filled(rig.window->findChild<SitesMenu*>(), &SitesMenu::filled);
         rig.window->dispatch(u"menuS214"_s);
         QVERIFY(filled.wait(5000));
         QCOMPARE(rig.siteKeys(), u"menuSite0=Le Monde menuSite10=Sites Web célèbres dans le monde"_s);
@@ -281,7 +281,7 @@ private Q_SLOTS:
         const QString two = rig.site.addPromotionPage(u"two.html"_s, u"Second"_s);
         rig.site.setPageList({one, two, QString()}); // a trailing separator
         rig.site.setList(u"TXlist21.txt"_s, {{u"Offer A"_s, u"http://a"_s}, {u"Offer B"_s, u"http://b"_s}});
-        PromotionPanel* panel = rig.window->promotionPanel();
+        PromotionPanel* panel = rig.window->findChild<PromotionPanel*>();
         PromotionView* view = panel->WebBrowser3();
         rig.window->show(); // images are asked for when the page is laid out
         const auto state = [&] {
@@ -329,7 +329,7 @@ private Q_SLOTS:
     {
         Rig rig(u"1"_s, true);
         const QString folder = rig.runtime.filePath(u"quillora"_s);
-        PromotionPanel* panel = rig.window->promotionPanel();
+        PromotionPanel* panel = rig.window->findChild<PromotionPanel*>();
         rig.window->show();
         QTRY_VERIFY(panel->WebBrowser3()->toPlainText().contains(u"stale page"_s));
         QFile data(u":/promotion/offADen21.xml"_s);

@@ -28,7 +28,6 @@
 #include <QIcon>
 #include <QLayout>
 #include <QPlainTextEdit>
-#include <QShowEvent>
 #include <QStatusBar>
 
 namespace quillora
@@ -395,19 +394,6 @@ void FormMian::closeEvent(QCloseEvent* event)
         m_hotKey->releaseKey();
     event->accept();
     Q_EMIT exiting();
-}
-
-void FormMian::changeEvent(QEvent* event)
-{
-    QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange)
-        m_visibility->stateChanged();
-}
-
-void FormMian::showEvent(QShowEvent* event)
-{
-    QMainWindow::showEvent(event);
-    m_visibility->shown(event->spontaneous());
 }
 
 } // namespace quillora

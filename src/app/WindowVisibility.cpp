@@ -1,6 +1,7 @@
 #include "app/WindowVisibility.h"
 
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QWidget>
 
 namespace quillora
@@ -16,6 +17,7 @@ WindowVisibility::WindowVisibility(QWidget* window, Clock clock)
             return started->elapsed();
         };
     }
+    window->installEventFilter(this);
 }
 
 void WindowVisibility::toggle()
@@ -83,10 +85,15 @@ void WindowVisibility::stateChanged()
         Qt::QueuedConnection);
 }
 
-void WindowVisibility::shown(bool spontaneous)
+bool WindowVisibility::eventFilter(QObject* watched, QEvent* event)
 {
-    if (!spontaneous)
+    if (watched != m_window)
+        return false;
+    if (event->type() == QEvent::WindowStateChange)
+        stateChanged();
+    else if (event->type() == QEvent::Show && !event->spontaneous())
         m_meantShown = true;
+    return false;
 }
 
 } // namespace quillora

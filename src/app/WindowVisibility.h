@@ -25,14 +25,14 @@ public:
     void setTrayPresent(bool present);
     bool trayPresent() const { return m_trayPresent; }
 
-    // The window passes on its own events.
-    void stateChanged();
-    void shown(bool spontaneous);
-
 Q_SIGNALS:
     void hiddenToTray();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void stateChanged();
     void askMinimised();
     // A minimised report that contradicts a show answers a minimise we asked for a moment ago; one the
     // user asks for right after a show is not one.

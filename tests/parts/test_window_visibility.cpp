@@ -43,8 +43,7 @@ private Q_SLOTS:
         window.setWindowState(window.windowState() | Qt::WindowMinimized); // the report of the first
         QTRY_VERIFY(!window.isMinimized());
         QVERIFY(window.isVisible());
-        now += 1000; // the user shows it again long after and minimises it at once
-        visibility.toggle();
+        now += 1000; // hidden, then shown again long after, and minimised by the user at once
         visibility.toggle();
         QTRY_VERIFY(window.isHidden());
         now += 5000;
