@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "app/Settings.h"
+#include "app/UniTextBox.h"
 #include "desktop/Form2.h"
 #include "desktop/ModFont.h"
 #include "net/FormAbout.h"
@@ -10,6 +11,9 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -68,6 +72,24 @@ private Q_SLOTS:
         QCOMPARE(form.combo2()->itemText(60) + form.combo3()->itemText(58), u"YiddishYiddish"_s);
         Form2 thai(&settings, 4);
         QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.combo1()->itemText(15)));
+    }
+
+    // Set, pasted or typed, a text comes back unchanged, also where Qt breaks lines at U+FDD0 and U+FDD1.
+    void textBoxesGiveBackWhatTheyWereGiven()
+    {
+        QWidget parent;
+        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100), u"box"_s);
+        const QString exact = u"a\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s;
+        setBoxText(box, exact);
+        QCOMPARE(boxText(box), exact);
+        box->moveCursor(QTextCursor::NextCharacter);
+        insertBoxText(box, u"\uFDD1x\r\n"_s);
+        QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, u"\uFDD0"_s);
+        QApplication::sendEvent(box, &typed);
+        QInputMethodEvent composed;
+        composed.setCommitString(u"y\uFDD1"_s);
+        QApplication::sendEvent(box, &composed);
+        QCOMPARE(boxText(box), u"a\uFDD1x\r\n\uFDD0y\uFDD1\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s);
     }
 
     void fontChooserOkAndCancel()

@@ -82,7 +82,7 @@ void FormMian::jcbuttonClick(int index)
 void FormMian::Private::pasteClipboardText(const QString& text)
 {
     if (!Translating)
-        sourceBox->insertPlainText(text);
+        insertBoxText(sourceBox, text);
 }
 
 void FormMian::translateCopiedText(const QString& text)
