@@ -66,12 +66,6 @@ const QRect kLowerPaneWideRect(0, 325, kBoxWidth, 102);
 constexpr std::array<int, 6> kButtonCaption{25, 109, 26, 27, 28, 29};
 constexpr std::array<int, 6> kButtonToolTip{2, 113, 110, 111, 112, 29};
 
-bool isInterfaceLanguage(const QString& language)
-{
-    return language.size() == 1 && language.at(0) >= QLatin1Char('1') &&
-           language.at(0) <= QLatin1Char(char('0' + kInterfaceLanguageCount));
-}
-
 } // namespace
 
 void FormMian::Private::buildWidgets()
@@ -183,10 +177,7 @@ void FormMian::Private::buildAddressRow(QWidget* central, int top)
 void FormMian::Private::readMarks()
 {
     Settings& settings = *deps.settings;
-    QString stored = settings.language();
-    if (stored.isEmpty())
-        stored = chooseInterfaceLanguage();
-    language = isInterfaceLanguage(stored) ? stored : QStringLiteral("1");
+    language = interfaceLanguageFor(settings.language());
     menus->checkLanguageItem(language.toInt());
 
     menus->action(QStringLiteral("menuS0"))->setChecked(isAutoRunRegistered(deps.programPath));
