@@ -67,10 +67,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("execLine");
         QTest::newRow("plain") << u"/usr/bin/quillora"_s << u"Exec=/usr/bin/quillora mini"_s;
-        QTest::newRow("blanks") << u"/opt/My Apps/quillora"_s << u"Exec=\"/opt/My Apps/quillora\" mini"_s;
-        QTest::newRow("double quote") << u"/opt/a\"b/q"_s << u"Exec=\"/opt/a\\\\\"b/q\" mini"_s;
-        QTest::newRow("dollar, backtick") << u"/opt/$H`x`/q"_s << u"Exec=\"/opt/\\\\$H\\\\`x\\\\`/q\" mini"_s;
-        QTest::newRow("backslash") << u"/opt/a\\b/q"_s << u"Exec=\"/opt/a\\\\\\\\b/q\" mini"_s;
+        QTest::newRow("blanks, quote, dollar, backtick, backslash")
+            << u"/opt/My \"$H`x`\\/q"_s << u"Exec=\"/opt/My \\\\\"\\\\$H\\\\`x\\\\`\\\\\\\\/q\" mini"_s;
         QTest::newRow("percent") << u"/opt/100%/q"_s << u"Exec=/opt/100%%/q mini"_s;
     }
 
