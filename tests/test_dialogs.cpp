@@ -49,6 +49,8 @@ private Q_SLOTS:
         QTest::newRow("first run") << QString() << QList{0, 15, 1, 1, 15, 1, 1};
         QTest::newRow("all fields") << u"3|7|0|0|15|0|0"_s << QList{3, 7, 0, 0, 15, 0, 0};
         QTest::newRow("stops at text") << u"5|9|x|0|3|0|0"_s << QList{5, 9, 1, 1, 15, 1, 1};
+        // In stored order: a bad field 5 keeps the default of field 6 too.
+        QTest::newRow("stops at field 5") << u"1|2|0|0|3|x|0"_s << QList{1, 2, 0, 0, 3, 1, 1};
     }
     void form2Loads()
     {
