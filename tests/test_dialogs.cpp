@@ -42,36 +42,28 @@ public Q_SLOTS:
     void openUrl(const QUrl& url) { m_opened.append(url); }
 
 private Q_SLOTS:
-    void form2Loads_data()
-    {
-        QTest::addColumn<QString>("stored");   // null: no key at all
-        QTest::addColumn<QList<int>>("shown"); // Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2
-        QTest::newRow("first run") << QString() << QList{0, 15, 1, 1, 15, 1, 1};
-        QTest::newRow("all fields") << u"3|7|0|0|15|0|0"_s << QList{3, 7, 0, 0, 15, 0, 0};
-        QTest::newRow("stops at text") << u"5|9|x|0|3|0|0"_s << QList{5, 9, 1, 1, 15, 1, 1};
-        // In stored order: a bad field 5 keeps the default of field 6 too.
-        QTest::newRow("stops at field 5") << u"1|2|0|0|3|x|0"_s << QList{1, 2, 0, 0, 3, 1, 1};
-    }
+    // Shown: Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2. The captions and names follow the
+    // interface language.
     void form2Loads()
     {
-        QFETCH(QString, stored);
-        const QString path = m_dir.filePath(QTest::currentDataTag() + u".conf"_s);
-        if (!stored.isNull())
-            QVERIFY(test::writeFile(path, "[Setup]\nOptions=" + stored.toUtf8() + "\n"));
-        Settings settings(path);
-        Form2 form(&settings, 1);
-        QTEST((QList{form.combo2()->currentIndex(), form.combo3()->currentIndex(),
-                     int(form.check(3)->isChecked()), int(form.check(4)->isChecked()),
-                     form.combo1()->currentIndex(), int(form.check(1)->isChecked()),
-                     int(form.check(2)->isChecked())}),
-              "shown");
-    }
-
-    void form2Pickers()
-    {
+        const QList<std::pair<QByteArray, QList<int>>> rows{
+            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}}, // no key at all
+            {"3|7|0|0|15|0|0", {3, 7, 0, 0, 15, 0, 0}},
+            {"5|9|x|0|3|0|0", {5, 9, 1, 1, 15, 1, 1}},
+            {"1|2|0|0|3|x|0", {1, 2, 0, 0, 3, 1, 1}}}; // in stored order: field 6 keeps its default too
+        for (const auto& [stored, shown] : rows) {
+            const QString path = m_dir.filePath(u"form2-%1.conf"_s.arg(rows.indexOf({stored, shown})));
+            QVERIFY(stored.isNull() || test::writeFile(path, "[Setup]\nOptions=" + stored + "\n"));
+            Settings settings(path);
+            Form2 form(&settings, 1);
+            QCOMPARE((QList{form.combo2()->currentIndex(), form.combo3()->currentIndex(),
+                            int(form.check(3)->isChecked()), int(form.check(4)->isChecked()),
+                            form.combo1()->currentIndex(), int(form.check(1)->isChecked()),
+                            int(form.check(2)->isChecked())}),
+                     shown);
+            QCOMPARE(form.combo2()->itemText(60) + form.combo3()->itemText(58), u"YiddishYiddish"_s);
+        }
         Settings settings(m_dir.filePath(u"captions.conf"_s));
-        Form2 form(&settings, 1);
-        QCOMPARE(form.combo2()->itemText(60) + form.combo3()->itemText(58), u"YiddishYiddish"_s);
         Form2 thai(&settings, 4);
         QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.combo1()->itemText(15)));
     }
