@@ -1,4 +1,5 @@
-// Showing a long text in a text box: setting it, then the first paint. Runs on the offscreen platform.
+// Showing a long text in a text box: setting it, then the first paint; and giving back exactly what
+// was set. Runs on the offscreen platform.
 #include "app/UniTextBox.h"
 
 #include <QApplication>
@@ -40,7 +41,33 @@ void showLongText(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(1));
 }
 
+// Get-text and set-text of a text with a block break every few words, each kind of break in turn;
+// what comes back must be the very text.
+void exactRoundTrip(benchmark::State& state)
+{
+    const QString breaks[] = {QStringLiteral("\r\n"), QStringLiteral("\uFDD0"), QStringLiteral("\r"),
+                              QStringLiteral("\uFDD1"), QStringLiteral("\n")};
+    QString text;
+    for (int i = 0; text.size() < state.range(0); ++i)
+        text += QStringLiteral("some words ") + breaks[i % 5];
+    QWidget window;
+    QPlainTextEdit* box = quillora::createTextBox(&window, QRect(0, 0, 710, 135), QStringLiteral("box"));
+    for (auto _ : state) {
+        quillora::setBoxText(box, text);
+        if (quillora::boxText(box) != text)
+            state.SkipWithError("the box changed the text");
+    }
+    state.SetItemsProcessed(state.iterations() * text.size());
+}
+
 } // namespace
+
+BENCHMARK(exactRoundTrip)
+    ->ArgName("chars")
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
 
 BENCHMARK(showLongText)
     ->ArgNames({"script", "chars"})

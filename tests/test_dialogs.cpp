@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "app/Settings.h"
+#include "app/UniTextBox.h"
 #include "desktop/Form2.h"
 #include "desktop/ModFont.h"
 #include "net/FormAbout.h"
@@ -10,6 +11,9 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -38,36 +42,48 @@ public Q_SLOTS:
     void openUrl(const QUrl& url) { m_opened.append(url); }
 
 private Q_SLOTS:
-    void form2Loads_data()
-    {
-        QTest::addColumn<QString>("stored");   // null: no key at all
-        QTest::addColumn<QList<int>>("shown"); // Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2
-        QTest::newRow("first run") << QString() << QList{0, 15, 1, 1, 15, 1, 1};
-        QTest::newRow("all fields") << u"3|7|0|0|15|0|0"_s << QList{3, 7, 0, 0, 15, 0, 0};
-        QTest::newRow("stops at text") << u"5|9|x|0|3|0|0"_s << QList{5, 9, 1, 1, 15, 1, 1};
-    }
+    // Shown: Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2. The captions and names follow the
+    // interface language.
     void form2Loads()
     {
-        QFETCH(QString, stored);
-        const QString path = m_dir.filePath(QTest::currentDataTag() + u".conf"_s);
-        if (!stored.isNull())
-            QVERIFY(test::writeFile(path, "[Setup]\nOptions=" + stored.toUtf8() + "\n"));
-        Settings settings(path);
-        Form2 form(&settings, 1);
-        QTEST((QList{form.combo2()->currentIndex(), form.combo3()->currentIndex(),
-                     int(form.check(3)->isChecked()), int(form.check(4)->isChecked()),
-                     form.combo1()->currentIndex(), int(form.check(1)->isChecked()),
-                     int(form.check(2)->isChecked())}),
-              "shown");
-    }
-
-    void form2Pickers()
-    {
+        const QList<std::pair<QByteArray, QList<int>>> rows{
+            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}}, // no key at all
+            {"3|7|0|0|15|0|0", {3, 7, 0, 0, 15, 0, 0}},
+            {"5|9|x|0|3|0|0", {5, 9, 1, 1, 15, 1, 1}},
+            {"1|2|0|0|3|x|0", {1, 2, 0, 0, 3, 1, 1}}}; // in stored order: field 6 keeps its default too
+        for (const auto& [stored, shown] : rows) {
+            const QString path = m_dir.filePath(u"form2-%1.conf"_s.arg(rows.indexOf({stored, shown})));
+            QVERIFY(stored.isNull() || test::writeFile(path, "[Setup]\nOptions=" + stored + "\n"));
+            Settings settings(path);
+            Form2 form(&settings, 1);
+            QCOMPARE((QList{form.combo2()->currentIndex(), form.combo3()->currentIndex(),
+                            int(form.check(3)->isChecked()), int(form.check(4)->isChecked()),
+                            form.combo1()->currentIndex(), int(form.check(1)->isChecked()),
+                            int(form.check(2)->isChecked())}),
+                     shown);
+            QCOMPARE(form.combo2()->itemText(60) + form.combo3()->itemText(58), u"YiddishYiddish"_s);
+        }
         Settings settings(m_dir.filePath(u"captions.conf"_s));
-        Form2 form(&settings, 1);
-        QCOMPARE(form.combo2()->itemText(60) + form.combo3()->itemText(58), u"YiddishYiddish"_s);
         Form2 thai(&settings, 4);
         QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.combo1()->itemText(15)));
+    }
+
+    // Set, pasted or typed, a text comes back unchanged, also where Qt breaks lines at U+FDD0 and U+FDD1.
+    void textBoxesGiveBackWhatTheyWereGiven()
+    {
+        QWidget parent;
+        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100), u"box"_s);
+        const QString exact = u"a\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s;
+        setBoxText(box, exact);
+        QCOMPARE(boxText(box), exact);
+        box->moveCursor(QTextCursor::NextCharacter);
+        insertBoxText(box, u"\uFDD1x\r\n"_s);
+        QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, u"\uFDD0"_s);
+        QApplication::sendEvent(box, &typed);
+        QInputMethodEvent composed;
+        composed.setCommitString(u"y\uFDD1"_s);
+        QApplication::sendEvent(box, &composed);
+        QCOMPARE(boxText(box), u"a\uFDD1x\r\n\uFDD0y\uFDD1\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s);
     }
 
     void fontChooserOkAndCancel()

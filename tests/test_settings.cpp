@@ -80,32 +80,22 @@ private Q_SLOTS:
         }
     }
 
-    // Fields 0-4 stop at the first that does not read, 5 and 6 read on their own; "-" is empty.
-    // Written back, an empty field takes its default.
+    // Fields 0-4 stop at the first that does not read, 5 and 6 read on their own. Written back, an
+    // empty field takes its default.
     void optionFields()
     {
-        const auto shown = [](const Options& o) {
-            const auto field = [](auto v) { return v ? QString::number(int(*v)) : u"-"_s; };
-            return QStringList{field(o.sourceRow),
-                               field(o.targetRow),
-                               field(o.showPhonetic),
-                               field(o.showDictionary),
-                               field(o.interfaceLanguageRow),
-                               field(o.monitorClipboard),
-                               field(o.caching)}
-                .join(u'|');
-        };
-        const QList<std::array<QString, 3>> rows{
-            {u"0|15|1|1|15|1|1"_s, u"0|15|1|1|15|1|1"_s, u"0|15|1|1|15|1|1"_s},
-            {u"3|7|x|0|15|0|0"_s, u"3|7|-|-|-|0|0"_s, u"3|7|1|1|15|0|0"_s},
-            {u"3||1"_s, u"3|-|-|-|-|-|-"_s, u"3|15|1|1|15|1|1"_s},
-            {u"1.5|2|1|1|1|zz|0"_s, u"-|-|-|-|-|-|0"_s, u"0|15|1|1|15|1|0"_s},
-            {u"99999999999"_s, u"-|-|-|-|-|-|-"_s, u"0|15|1|1|15|1|1"_s},
-            {u" -4 | 5 |2|0|7"_s, u"-4|5|1|0|7|-|-"_s, u"-4|5|1|0|7|1|1"_s},
-            {u"1|2|3|4|5|6|7|8"_s, u"1|2|1|1|5|1|1"_s, u"1|2|1|1|5|1|1"_s}};
+        const QString defaults = u"0|15|1|1|15|1|1"_s;
+        const QList<std::tuple<QString, Options, QString>> rows{
+            {defaults, {0, 15, true, true, 15, true, true}, defaults},
+            {u"3|7|x|0|15|0|0"_s, {3, 7, {}, {}, {}, false, false}, u"3|7|1|1|15|0|0"_s},
+            {u"3||1"_s, {3, {}, {}, {}, {}, {}, {}}, u"3|15|1|1|15|1|1"_s},
+            {u"1.5|2|1|1|1|zz|0"_s, {{}, {}, {}, {}, {}, {}, false}, u"0|15|1|1|15|1|0"_s},
+            {u"99999999999"_s, {}, defaults},
+            {u" -4 | 5 |2|0|7"_s, {-4, 5, true, false, 7, {}, {}}, u"-4|5|1|0|7|1|1"_s},
+            {u"1|2|3|4|5|6|7|8"_s, {1, 2, true, true, 5, true, true}, u"1|2|1|1|5|1|1"_s}};
         for (const auto& [text, read, written] : rows) {
-            QCOMPARE(shown(Options::fromText(text)), read);
-            QCOMPARE(Options::fromText(text).toText(), written);
+            QVERIFY2(Options::fromText(text) == read, qPrintable(text));
+            QCOMPARE(read.toText(), written);
         }
     }
 

@@ -24,27 +24,18 @@ private Q_SLOTS:
         QCOMPARE(startupCommand("quillora"), QDir::currentPath() + "/quillora mini");
     }
 
-    void joinsAndRecognises_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<bool>("up");
-        QTest::addColumn<bool>("mini");
-        QTest::newRow("nothing") << QStringList() << QString() << false << false;
-        QTest::newRow("UP") << QStringList{"UP"} << "UP" << true << false;
-        QTest::newRow("mini") << QStringList{"mini"} << "mini" << false << true;
-        QTest::newRow("mini and a blank") << QStringList{"mini "} << "mini " << false << false;
-        QTest::newRow("MINI") << QStringList{"MINI"} << "MINI" << false << false;
-        QTest::newRow("empty word kept") << QStringList{"", "mini"} << " mini" << false << false;
-    }
-
+    // The words given, the line they make, and whether it keeps the updater ("UP") or starts hidden.
     void joinsAndRecognises()
     {
-        QFETCH(QStringList, args);
-        const StartupCommand command(args);
-        QTEST(command.line(), "line");
-        QTEST(command.keepsUpdater(), "up");
-        QTEST(command.startsHidden(), "mini");
+        const QList<std::tuple<QStringList, QString, bool, bool>> rows{
+            {{}, QString(), false, false},    {{"UP"}, "UP", true, false},
+            {{"mini"}, "mini", false, true},  {{"mini "}, "mini ", false, false},
+            {{"MINI"}, "MINI", false, false}, {{"", "mini"}, " mini", false, false}};
+        for (const auto& [args, line, up, mini] : rows) {
+            const StartupCommand command(args);
+            QCOMPARE(command.line(), line);
+            QCOMPARE(std::pair(command.keepsUpdater(), command.startsHidden()), std::pair(up, mini));
+        }
     }
 
     // Whether it goes at all is seen with the real program; here, which file and where.
@@ -62,32 +53,25 @@ private Q_SLOTS:
     }
 
     // The written entry is valid and reads back as the same program, and only as it.
-    void autostartEntry_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("execLine");
-        QTest::newRow("plain") << u"/usr/bin/quillora"_s << u"Exec=/usr/bin/quillora mini"_s;
-        QTest::newRow("blanks") << u"/opt/My Apps/quillora"_s << u"Exec=\"/opt/My Apps/quillora\" mini"_s;
-        QTest::newRow("double quote") << u"/opt/a\"b/q"_s << u"Exec=\"/opt/a\\\\\"b/q\" mini"_s;
-        QTest::newRow("dollar, backtick") << u"/opt/$H`x`/q"_s << u"Exec=\"/opt/\\\\$H\\\\`x\\\\`/q\" mini"_s;
-        QTest::newRow("backslash") << u"/opt/a\\b/q"_s << u"Exec=\"/opt/a\\\\\\\\b/q\" mini"_s;
-        QTest::newRow("percent") << u"/opt/100%/q"_s << u"Exec=/opt/100%%/q mini"_s;
-    }
-
     void autostartEntry()
     {
-        QFETCH(QString, path);
-        QVERIFY(SetAutoRun(true, path));
-        QCOMPARE(autostartFilePath(), entryPath());
-        QTEST(QString::fromUtf8(test::readFile(entryPath())).split('\n').filter("Exec").join('|'),
-              "execLine");
-        // The entry is this very program's only when the line is exactly the same, case included.
-        QVERIFY(isAutoRunRegistered(path) && !isAutoRunRegistered(path.toUpper()) &&
-                !isAutoRunRegistered(u"/usr/local/bin/quillora"_s));
-        const test::CommandResult valid = test::runCommand("desktop-file-validate", {entryPath()});
-        QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
-        QVERIFY(SetAutoRun(false, path) && SetAutoRun(false, path)); // removing twice is fine
-        QVERIFY(!QFile::exists(entryPath()));
+        const QList<std::pair<QString, QString>> rows{
+            {u"/usr/bin/quillora"_s, u"Exec=/usr/bin/quillora mini"_s},
+            {u"/opt/My \"$H`x`\\/q"_s, u"Exec=\"/opt/My \\\\\"\\\\$H\\\\`x\\\\`\\\\\\\\/q\" mini"_s},
+            {u"/opt/100%/q"_s, u"Exec=/opt/100%%/q mini"_s}};
+        for (const auto& [path, execLine] : rows) {
+            QVERIFY(SetAutoRun(true, path));
+            QCOMPARE(autostartFilePath(), entryPath());
+            QCOMPARE(QString::fromUtf8(test::readFile(entryPath())).split('\n').filter("Exec").join('|'),
+                     execLine);
+            // The entry is this very program's only when the line is exactly the same, case included.
+            QVERIFY(isAutoRunRegistered(path) && !isAutoRunRegistered(path.toUpper()) &&
+                    !isAutoRunRegistered(u"/usr/local/bin/quillora"_s));
+            const test::CommandResult valid = test::runCommand("desktop-file-validate", {entryPath()});
+            QVERIFY2(valid.ok() && valid.out.isEmpty(), valid.out.constData());
+            QVERIFY(SetAutoRun(false, path) && SetAutoRun(false, path)); // removing twice is fine
+            QVERIFY(!QFile::exists(entryPath()));
+        }
     }
 };
 

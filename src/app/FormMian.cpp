@@ -40,11 +40,6 @@ constexpr int kBoxWidth = 710;
 constexpr int kMargin = 2;
 constexpr int kPicAdHeight = 60; // 900 twips
 
-bool isInterfaceLanguage(const QString& language)
-{
-    return language.size() == 1 && language.at(0) >= QLatin1Char('1') &&
-           language.at(0) <= QLatin1Char(char('0' + kInterfaceLanguageCount));
-}
 
 } // namespace
 
@@ -182,10 +177,7 @@ void FormMian::registerHotKey()
 void FormMian::readMarks()
 {
     const Settings& settings = *m_deps.settings;
-    QString stored = settings.language();
-    if (stored.isEmpty())
-        stored = chooseInterfaceLanguage();
-    m_language = isInterfaceLanguage(stored) ? stored : QStringLiteral("1");
+    m_language = interfaceLanguageFor(settings.language());
     m_menus->checkLanguageItem(m_language.toInt());
     m_menus->action(QStringLiteral("menuS0"))->setChecked(isAutoRunRegistered(m_deps.programPath));
     m_translator->setAutoCopy(settings.autoCopy());

@@ -1,5 +1,7 @@
 #include "app/LocaleChoice.h"
 
+#include "app/StringTable.h"
+
 #include <QFile>
 #include <QHash>
 #include <QStringList>
@@ -216,6 +218,14 @@ QByteArray legacyCodecForLocale(const QString& localeName)
     if (parts.script == QLatin1String("Latn") && codec == "windows-1251")
         return QByteArrayLiteral("windows-1250");
     return codec;
+}
+
+QString interfaceLanguageFor(const QString& stored, const LocaleSources& sources)
+{
+    const QString language = stored.isEmpty() ? chooseInterfaceLanguage(sources) : stored;
+    const bool known = language.size() == 1 && language.at(0) >= QLatin1Char('1') &&
+                       language.at(0) <= QLatin1Char(char('0' + kInterfaceLanguageCount));
+    return known ? language : QStringLiteral("1");
 }
 
 } // namespace quillora

@@ -31,6 +31,9 @@ QString interfaceLanguageForLcid(int lcid);
 
 // The interface language the system locale asks for.
 QString chooseInterfaceLanguage(const LocaleSources& sources = {});
+// The interface language "1".."7" to run in for a stored "Language": an empty one asks the system
+// locale, anything else but "1".."7" is English.
+QString interfaceLanguageFor(const QString& stored, const LocaleSources& sources = {});
 
 // The legacy code page that unmarked non-UTF-8 text files are read with: the locale's Windows ANSI
 // code page (1250-1258, 874, 932, 936, 949, 950) as a QStringDecoder name.

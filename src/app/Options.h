@@ -6,8 +6,8 @@
 namespace quillora
 {
 
-// The stored "Options": seven integers joined by "|". A field that does not read is empty; each
-// reader applies the fields in its own order and stops at the first empty one.
+// The stored "Options": seven integers joined by "|". A field that does not read is empty; the window
+// and the options dialog apply the fields, each in its own order, up to the first empty one.
 struct Options {
     std::optional<int> sourceRow;            // source picker row: catalogue index + 2, 0 detection
     std::optional<int> targetRow;            // target picker row: catalogue index

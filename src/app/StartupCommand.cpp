@@ -39,7 +39,7 @@ QString removeLeftoverUpdater(const QString& programFolder, const StartupCommand
         return {};
     QFile file(path);
     if (!file.remove())
-        return QStringLiteral("cannot remove the old updater %1: %2").arg(path, file.errorString());
+        return file.errorString();
     return {};
 }
 

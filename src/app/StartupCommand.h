@@ -29,7 +29,7 @@ inline const QString kUpdaterFileName = QStringLiteral("Update.exe");
 QString updaterPath(const QString& programFolder);
 
 // Deletes a leftover updater file (a file, not a folder) in programFolder unless the command keeps
-// it. Returns an empty text when nothing is left to do, else the reason the file stays.
+// it. Returns an empty text when nothing is left to do, else the system's reason the file stays.
 QString removeLeftoverUpdater(const QString& programFolder, const StartupCommand& command);
 
 } // namespace quillora

@@ -94,7 +94,8 @@ enum TextOffset {
     MsgRefusedUntil = 216,      // the service refused; asked again at %1
     MsgHumanCheck = 217,        // the service wants a person; asked again at %1
     MsgOfflineTimedOut = 218,   // Apertium did not answer within the time limit
-    MsgTextTooLong = 219        // more than %1 KiB of text; nothing sent
+    MsgTextTooLong = 219,       // more than %1 KiB of text; nothing sent
+    MsgUpdaterKept = 220        // the old updater %1 could not be removed; the program stops
 };
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.

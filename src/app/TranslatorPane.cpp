@@ -116,7 +116,7 @@ void TranslatorPane::applyFont(const FontSetting& font)
 
 void TranslatorPane::insertPasted(const QString& text)
 {
-    m_panes->source()->insertPlainText(text);
+    insertBoxText(m_panes->source(), text);
 }
 
 void TranslatorPane::jcbuttonClick(int index)

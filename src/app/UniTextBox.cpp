@@ -1,5 +1,7 @@
 #include "app/UniTextBox.h"
 
+#include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QPlainTextDocumentLayout>
 #include <QPlainTextEdit>
 #include <QTextBlock>
@@ -7,6 +9,8 @@
 #include <QTextDocument>
 #include <QTextLayout>
 #include <QTextOption>
+#include <optional>
+#include <utility>
 
 namespace quillora
 {
@@ -77,15 +81,66 @@ protected:
     }
 };
 
-// The line end that closes a block, kept as the block's user state; typed line ends are LF.
-enum LineEnd { Lf = 0, CrLf, Cr, ParagraphSeparator };
+// What closes a block, kept as the block's user state; typed line ends are LF. Qt also starts a
+// block at the noncharacters it reserves for frames, U+FDD0 and U+FDD1.
+enum LineEnd { Lf = 0, CrLf, Cr, ParagraphSeparator, FrameStart, FrameEnd, LineEndCount };
 
 const QString& lineEndText(int state)
 {
-    static const QString texts[] = {QStringLiteral("\n"), QStringLiteral("\r\n"), QStringLiteral("\r"),
-                                    QString(QChar::ParagraphSeparator)};
-    return texts[state >= Lf && state <= ParagraphSeparator ? state : Lf];
+    static const QString texts[] = {QStringLiteral("\n"),   QStringLiteral("\r\n"),
+                                    QStringLiteral("\r"),   QString(QChar::ParagraphSeparator),
+                                    QString(QChar(0xFDD0)), QString(QChar(0xFDD1))};
+    return texts[state >= Lf && state < LineEndCount ? state : Lf];
 }
+
+// The block break that starts at text[i], if any: its kind and its length.
+std::optional<std::pair<LineEnd, int>> lineEndAt(const QString& text, qsizetype i)
+{
+    switch (text.at(i).unicode()) {
+    case '\n':
+        return std::pair(Lf, 1);
+    case '\r':
+        return i + 1 < text.size() && text.at(i + 1) == QLatin1Char('\n') ? std::pair(CrLf, 2)
+                                                                          : std::pair(Cr, 1);
+    case QChar::ParagraphSeparator:
+        return std::pair(ParagraphSeparator, 1);
+    case 0xFDD0:
+        return std::pair(FrameStart, 1);
+    case 0xFDD1:
+        return std::pair(FrameEnd, 1);
+    default:
+        return std::nullopt;
+    }
+}
+
+// Typed or composed text with a character that Qt would turn into a plain line break.
+QString textWithFrameMarks(const QEvent* event)
+{
+    QString text;
+    if (event->type() == QEvent::KeyPress)
+        text = static_cast<const QKeyEvent*>(event)->text();
+    else if (event->type() == QEvent::InputMethod)
+        text = static_cast<const QInputMethodEvent*>(event)->commitString();
+    const bool marked = text.contains(QChar(0xFDD0)) || text.contains(QChar(0xFDD1));
+    return marked ? text : QString();
+}
+
+class FrameMarkTyping : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* box = static_cast<QPlainTextEdit*>(watched);
+        const QString text = textWithFrameMarks(event);
+        if (text.isEmpty() || box->isReadOnly())
+            return false;
+        insertBoxText(box, text);
+        return true;
+    }
+};
 
 } // namespace
 
@@ -106,20 +161,36 @@ void setBoxText(QPlainTextEdit* box, const QString& text)
     box->setPlainText(text);
     QTextBlock block = box->document()->begin();
     for (qsizetype i = 0; i < text.size() && block.isValid(); ++i) {
-        const QChar c = text.at(i);
-        LineEnd end = Lf;
-        if (c == QLatin1Char('\r')) {
-            const bool pair = i + 1 < text.size() && text.at(i + 1) == QLatin1Char('\n');
-            end = pair ? CrLf : Cr;
-            i += pair ? 1 : 0;
-        } else if (c == QChar::ParagraphSeparator) {
-            end = ParagraphSeparator;
-        } else if (c != QLatin1Char('\n')) {
+        const auto end = lineEndAt(text, i);
+        if (!end)
             continue;
-        }
-        block.setUserState(end);
+        block.setUserState(end->first);
         block = block.next();
+        i += end->second - 1;
     }
+}
+
+void insertBoxText(QPlainTextEdit* box, const QString& text)
+{
+    QTextCursor cursor = box->textCursor();
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    const int closing = cursor.block().userState();
+    qsizetype from = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const auto end = lineEndAt(text, i);
+        if (!end)
+            continue;
+        cursor.insertText(text.mid(from, i - from));
+        cursor.insertBlock();
+        cursor.block().previous().setUserState(end->first);
+        i += end->second - 1;
+        from = i + 1;
+    }
+    cursor.insertText(text.mid(from));
+    cursor.block().setUserState(closing);
+    cursor.endEditBlock();
+    box->setTextCursor(cursor);
 }
 
 QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName)
@@ -135,6 +206,7 @@ QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString&
     box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     box->setTabChangesFocus(true);
+    box->installEventFilter(new FrameMarkTyping(box));
     return box;
 }
 

@@ -1,13 +1,16 @@
 #include "Version.h"
 #include "app/FormMian.h"
+#include "app/LocaleChoice.h"
 #include "app/Settings.h"
 #include "app/StartupCommand.h"
+#include "app/StringTable.h"
 #include "desktop/PlatformChoice.h"
 #include "desktop/SysTray.h"
 #include "ui/ShownReport.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QMessageBox>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <csignal>
@@ -57,6 +60,21 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+// Nothing else has started: the user learns why in a box, a terminal on the error stream, both in
+// the interface language. The program ends when the box is answered.
+int reportUpdaterKept(const QString& path, const QString& reason)
+{
+    const QString language = interfaceLanguageFor(Settings().language());
+    const QString text =
+        uiText(language, MsgWithReason).arg(uiText(language, MsgUpdaterKept).arg(path), reason);
+    std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(text));
+    QMessageBox box(QMessageBox::Critical, uiText(language, NoticeTitle), text, QMessageBox::Ok);
+    box.setObjectName(QStringLiteral("UpdaterKept"));
+    QObject::connect(&box, &QDialog::finished, [] { QCoreApplication::exit(1); });
+    box.show();
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -75,15 +93,14 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
 
-    const StartupCommand command(given);
-    const QString failure = removeLeftoverUpdater(QCoreApplication::applicationDirPath(), command);
-    if (!failure.isEmpty()) {
-        std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(failure));
-        return 1;
-    }
-
     // The window spends most of its life hidden in the tray; only the exit commands end the program.
     QApplication::setQuitOnLastWindowClosed(false);
+
+    const StartupCommand command(given);
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QString reason = removeLeftoverUpdater(folder, command);
+    if (!reason.isEmpty())
+        return reportUpdaterKept(updaterPath(folder), reason);
 
     Settings settings;
     FormMianDeps deps;

@@ -128,29 +128,31 @@ void CommandMenus::applyCaptions(int language)
     }
 }
 
+QAction* CommandMenus::actionFor(Command command, int argument) const
+{
+    for (const MenuItemDef& row : menuTable()) {
+        if (row.command == command && row.argument == argument)
+            return action(row.key);
+    }
+    return nullptr;
+}
+
+// Language 0 is an item without a table: nothing is marked then.
 void CommandMenus::checkLanguageItem(int language)
 {
-    if (language < 1 || language > kInterfaceLanguageCount) {
-        if (QAction* checked = m_languages->checkedAction())
-            checked->setChecked(false);
-        m_languageMark = nullptr;
-        return;
-    }
-    for (const MenuItemDef& row : menuTable()) {
-        if (row.command == Command::Language && row.argument == language)
-            m_languageMark = action(row.key);
-    }
-    m_languageMark->setChecked(true);
+    m_languageMark = language != 0 ? actionFor(Command::Language, language) : nullptr;
+    if (m_languageMark)
+        m_languageMark->setChecked(true);
+    else if (QAction* checked = m_languages->checkedAction())
+        checked->setChecked(false);
 }
 
 void CommandMenus::checkStyleItem(int style)
 {
-    if (style < 0 || style > 3) {
-        if (QAction* checked = m_styles->checkedAction())
-            checked->setChecked(false);
-        return;
-    }
-    action(QStringLiteral("STYLE:%1").arg(style))->setChecked(true);
+    if (QAction* item = actionFor(Command::Style, style))
+        item->setChecked(true);
+    else if (QAction* checked = m_styles->checkedAction())
+        checked->setChecked(false);
 }
 
 } // namespace quillora

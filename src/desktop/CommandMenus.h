@@ -22,6 +22,8 @@ public:
     explicit CommandMenus(QMainWindow* window);
 
     QAction* action(const QString& key) const;
+    // The table's item for a command and its argument, null when there is none.
+    QAction* actionFor(Command command, int argument) const;
     QMenu* bar(const QString& name) const; // "FILEMENU" ... "SYSMENU"
     // Localised captions of interface language 1-7.
     void applyCaptions(int language);

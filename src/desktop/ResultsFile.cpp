@@ -1,6 +1,7 @@
 #include "desktop/ResultsFile.h"
 
 #include <QStringEncoder>
+#include <algorithm>
 
 namespace quillora
 {
@@ -23,9 +24,10 @@ QString rule(int before, const QString& title, int after)
     return QString(before, QLatin1Char('-')) + title + QString(after, QLatin1Char('-'));
 }
 
+// Only spaces: a pane of tabs or line ends still gets its section.
 bool isBlank(const QString& text)
 {
-    return text.trimmed().isEmpty();
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c == QLatin1Char(' '); });
 }
 
 } // namespace

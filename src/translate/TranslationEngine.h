@@ -48,7 +48,7 @@ struct TranslationOutcome {
 // Trims spaces (only spaces) at both ends: the test for an empty text.
 QString trimBlanks(const QString& text);
 
-// English reason for terminals; StatusOffset for the window's status line (0 for None). With
+// English reason for terminals; a TextOffset for the window's status line (0 for None). With
 // offline, the failure came from the offline engine.
 QString failureReasonText(TranslationFailure failure, bool offline = false);
 int failureStatusOffset(const TranslationOutcome& outcome, bool offline = false);
