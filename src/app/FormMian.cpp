@@ -40,7 +40,6 @@ constexpr int kBoxWidth = 710;
 constexpr int kMargin = 2;
 constexpr int kPicAdHeight = 60; // 900 twips
 
-
 } // namespace
 
 FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
@@ -55,7 +54,8 @@ FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
     } else {
         m_connectivity = m_deps.connectivity;
     }
-    m_engine = m_deps.engine ? m_deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), this);
+    m_engine =
+        m_deps.engine ? m_deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), this);
     auto* offline = m_deps.offline ? m_deps.offline : new OfflineEngine(QStringLiteral("apertium"), this);
     m_session = new TranslationSession(m_engine, offline, temporaryFolder(), this);
     Form_Load();
@@ -72,8 +72,9 @@ void FormMian::Form_Load()
     buildWidgets();
     m_menus = new CommandMenus(this);
     connect(m_menus, &CommandMenus::triggered, this, &FormMian::runCommand);
-    m_sites = new SitesMenu(m_menus->bar(QStringLiteral("SITEMENU")), m_menus->action(QStringLiteral("menuSite10")),
-                            this, m_engine->addresses(), m_deps.openUrl);
+    m_sites =
+        new SitesMenu(m_menus->bar(QStringLiteral("SITEMENU")), m_menus->action(QStringLiteral("menuSite10")),
+                      this, m_engine->addresses(), m_deps.openUrl);
     connect(m_sites, &SitesMenu::triggered, this, &FormMian::dispatch);
     readMarks();
     applyStyle();
@@ -90,8 +91,10 @@ void FormMian::buildWidgets()
 {
     m_clipboard = new ClipboardMonitor(QGuiApplication::clipboard(), this);
     // Queued: a text found on the clipboard at load is translated once the window runs.
-    connect(m_clipboard, &ClipboardMonitor::textCopied, this, &FormMian::translateCopiedText, Qt::QueuedConnection);
-    connect(m_clipboard, &ClipboardMonitor::focusOnly, this, [this] { setStatusMessage(text(MsgClipboardFocus)); });
+    connect(m_clipboard, &ClipboardMonitor::textCopied, this, &FormMian::translateCopiedText,
+            Qt::QueuedConnection);
+    connect(m_clipboard, &ClipboardMonitor::focusOnly, this,
+            [this] { setStatusMessage(text(MsgClipboardFocus)); });
     connect(m_clipboard, &ClipboardMonitor::pasteText, this, [this](const QString& pasted) {
         m_held->defer([this, pasted] { m_translator->insertPasted(pasted); });
     });
@@ -104,9 +107,10 @@ void FormMian::buildWidgets()
     m_picAD = new QFrame(central);
     m_picAD->setObjectName(QStringLiteral("PicAD"));
     m_picAD->setGeometry(kMargin, kMargin, kBoxWidth, kPicAdHeight);
-    m_translator = new TranslatorPane(central, m_session, m_connectivity, m_clipboard, m_engine->addresses(),
-                                      [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
-                                             bool owned) { notice(offset, icon, buttons, owned); });
+    m_translator =
+        new TranslatorPane(central, m_session, m_connectivity, m_clipboard, m_engine->addresses(),
+                           [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
+                                  bool owned) { notice(offset, icon, buttons, owned); });
     m_translator->move(kMargin, kMargin * 2 + kPicAdHeight);
     connect(m_translator, &TranslatorPane::status, this, &FormMian::setStatusMessage);
     connect(m_translator, &TranslatorPane::translationFinished, this, [this] {
@@ -150,8 +154,8 @@ void FormMian::buildServices()
     check.programPath = m_deps.programPath;
     check.addresses = m_engine->addresses();
     m_updateCheck = new UpdateCheck(std::move(check), this);
-    m_promotion =
-        new PromotionPanel(m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    m_promotion = new PromotionPanel(
+        m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
 }
 
 void FormMian::registerHotKey()

@@ -77,7 +77,8 @@ void TranslatorPane::applyCaptions(int language)
     m_buttons->applyCaptions(language);
     m_pickers->applyCaptions(language);
     constexpr int minPickerWidth = 100;
-    fitRow(m_pickers->rowWidgets() + m_panes->checkBoxes(), m_pickers->pickers(), 0, kBoxWidth, minPickerWidth);
+    fitRow(m_pickers->rowWidgets() + m_panes->checkBoxes(), m_pickers->pickers(), 0, kBoxWidth,
+           minPickerWidth);
 }
 
 void TranslatorPane::applyStyle(int style)
@@ -188,7 +189,8 @@ void TranslatorPane::translationDone(const SessionResult& result)
             m_notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok, true);
     } else {
         if (outcome.ok()) {
-            m_panes->showResults(outcome.result.translation, outcome.result.romanization, outcome.result.dictionary);
+            m_panes->showResults(outcome.result.translation, outcome.result.romanization,
+                                 outcome.result.dictionary);
             if (result.offlinePair)
                 Q_EMIT status(StringTable::text(m_language, MsgOffline).arg(result.offlinePair->mode));
             else
@@ -197,7 +199,8 @@ void TranslatorPane::translationDone(const SessionResult& result)
             m_panes->clearResults();
             Q_EMIT status(failureStatusText(outcome, result.offlinePair.has_value(), m_language));
         }
-        m_speakers->showSpeaker(0, result.TranslationSpeechOk, {outcome.result.translation, result.targetCode});
+        m_speakers->showSpeaker(0, result.TranslationSpeechOk,
+                                {outcome.result.translation, result.targetCode});
         m_speakers->showSpeaker(1, result.SourceSpeechOk, {result.source, result.sourceCode});
         if (m_autoCopy)
             copyResult();

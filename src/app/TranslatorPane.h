@@ -28,7 +28,8 @@ class TranslatorPane : public QWidget
 {
     Q_OBJECT
 public:
-    using Notice = std::function<void(int offset, QMessageBox::Icon, QMessageBox::StandardButtons, bool owned)>;
+    using Notice =
+        std::function<void(int offset, QMessageBox::Icon, QMessageBox::StandardButtons, bool owned)>;
 
     TranslatorPane(QWidget* parent, TranslationSession* session, ConnectivityProbe* connectivity,
                    ClipboardMonitor* clipboard, const ServiceAddresses& addresses, Notice notice);

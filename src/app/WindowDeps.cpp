@@ -16,7 +16,8 @@ namespace
 
 QMessageBox::StandardButton showMessageBox(QWidget* owner, const NoticeRequest& request)
 {
-    QMessageBox box(request.icon, request.title, request.text, request.buttons, request.owned ? owner : nullptr);
+    QMessageBox box(request.icon, request.title, request.text, request.buttons,
+                    request.owned ? owner : nullptr);
     return QMessageBox::StandardButton(box.exec());
 }
 

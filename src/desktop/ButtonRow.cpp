@@ -10,10 +10,10 @@ namespace quillora
 namespace
 {
 
-constexpr std::array<TextOffset, ButtonRow::Count> kCaption{ButtonTranslate, ButtonSwap, ButtonBack,
-                                                             ButtonCopy,      ButtonPaste, ButtonClear};
+constexpr std::array<TextOffset, ButtonRow::Count> kCaption{ButtonTranslate, ButtonSwap,  ButtonBack,
+                                                            ButtonCopy,      ButtonPaste, ButtonClear};
 constexpr std::array<TextOffset, ButtonRow::Count> kToolTip{MenuTranslate, TipSwap,  TipBack,
-                                                             TipCopy,       TipPaste, ButtonClear};
+                                                            TipCopy,       TipPaste, ButtonClear};
 
 } // namespace
 

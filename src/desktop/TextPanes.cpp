@@ -44,7 +44,8 @@ TextPanes::TextPanes(QWidget* pic1, std::function<void()> paste)
     : QObject(pic1),
       m_source(namedBox(pic1, kSourceRect, QStringLiteral("sourceBox"), QStringLiteral("Source text"))),
       m_result(namedBox(pic1, kResultRect, QStringLiteral("resultBox"), QStringLiteral("Translation"))),
-      m_phonetic(namedBox(pic1, kPhoneticRect, QStringLiteral("phoneticBox"), QStringLiteral("Romanization"))),
+      m_phonetic(
+          namedBox(pic1, kPhoneticRect, QStringLiteral("phoneticBox"), QStringLiteral("Romanization"))),
       m_dictionary(
           namedBox(pic1, kDictionaryRect, QStringLiteral("dictionaryBox"), QStringLiteral("Dictionary"))),
       m_check1(checkBox(pic1, QStringLiteral("Check1"), QRect(452, 139, 128, 22))),
@@ -131,7 +132,8 @@ void TextPanes::setTargetRightToLeft(bool rightToLeft)
     }
 }
 
-void TextPanes::showResults(const QString& translation, const QString& romanization, const QString& dictionary)
+void TextPanes::showResults(const QString& translation, const QString& romanization,
+                            const QString& dictionary)
 {
     setBoxText(m_result, translation);
     setBoxText(m_phonetic, romanization);
