@@ -18,8 +18,7 @@ namespace quillora::test
 {
 
 // A child of the window by its object name; a missing one fails the test at once.
-template <typename T>
-T* named(const QObject& in, const char* name)
+template <typename T> T* named(const QObject& in, const char* name)
 {
     T* found = in.findChild<T*>(QLatin1String(name));
     if (!found)

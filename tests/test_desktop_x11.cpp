@@ -15,9 +15,9 @@
 #include <xcb/xcb_keysyms.h>
 
 using namespace quillora;
+using test::box;
 using test::ClipboardDesk;
 using test::french;
-using test::box;
 using test::named;
 
 namespace

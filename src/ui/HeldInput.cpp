@@ -93,8 +93,8 @@ void HeldInput::apply(Kept& kept)
         return;
     if (kept.event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<const QKeyEvent*>(kept.event.get());
-        if (qt_sendShortcutOverrideEvent(kept.target, key->timestamp(), key->key(), key->modifiers(), key->text(),
-                                         key->isAutoRepeat(), key->count()))
+        if (qt_sendShortcutOverrideEvent(kept.target, key->timestamp(), key->key(), key->modifiers(),
+                                         key->text(), key->isAutoRepeat(), key->count()))
             return;
     }
     QCoreApplication::sendEvent(kept.target, kept.event.get());

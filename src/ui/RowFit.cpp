@@ -15,8 +15,7 @@ void fitRow(const QList<QWidget*>& row, const QList<QWidget*>& shared, int left,
             captions += w->sizeHint().width();
     }
     const int count = std::max<int>(1, int(shared.size()));
-    const int sharedWidth =
-        std::max(minShared, (width - captions - gap * (int(row.size()) - 1)) / count);
+    const int sharedWidth = std::max(minShared, (width - captions - gap * (int(row.size()) - 1)) / count);
     int x = left;
     for (QWidget* w : row) {
         const int span = shared.contains(w) ? sharedWidth : w->sizeHint().width();

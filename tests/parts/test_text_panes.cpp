@@ -40,7 +40,7 @@ private Q_SLOTS:
         auto* check1 = pic1.findChild<QCheckBox*>(u"Check1"_s);
         auto* check2 = pic1.findChild<QCheckBox*>(u"Check2"_s);
         for (const auto& [phonetic, dictionary] : {std::pair(false, false), std::pair(true, false),
-                                                    std::pair(true, true), std::pair(false, true)}) {
+                                                   std::pair(true, true), std::pair(false, true)}) {
             panes.setPhoneticShown(phonetic);
             panes.setDictionaryShown(dictionary);
             QCOMPARE(std::pair(!panes.phonetic()->isHidden(), !panes.dictionary()->isHidden()),
@@ -94,7 +94,8 @@ private Q_SLOTS:
         QCOMPARE((QStringList{texts.source, texts.translation, texts.romanization, texts.dictionary}),
                  (QStringList{u"source"_s, u"a"_s, u"b"_s, u"c"_s}));
         panes.clearResults();
-        QCOMPARE(panes.texts().translation + panes.texts().romanization + panes.texts().dictionary, QString());
+        QCOMPARE(panes.texts().translation + panes.texts().romanization + panes.texts().dictionary,
+                 QString());
         QCOMPARE(panes.texts().source, u"source"_s);
     }
 };
