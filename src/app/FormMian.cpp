@@ -27,6 +27,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLayout>
+#include <QMap>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 
@@ -43,7 +44,8 @@ constexpr int kPicAdHeight = 60; // 900 twips
 } // namespace
 
 FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
-    : QMainWindow(parent), m_deps(withDefaults(deps)), m_dialogs(this, m_deps)
+    : QMainWindow(parent), m_deps(withDefaults(deps)), m_dialogs(this, m_deps), m_visibility(this),
+      m_held(this, [this] { m_session->cancel(); })
 {
     Q_ASSERT(deps.settings);
     m_deps.settings->setWriteFailureHandler(
@@ -96,7 +98,7 @@ void FormMian::buildWidgets()
     connect(m_clipboard, &ClipboardMonitor::focusOnly, this,
             [this] { setStatusMessage(text(MsgClipboardFocus)); });
     connect(m_clipboard, &ClipboardMonitor::pasteText, this, [this](const QString& pasted) {
-        m_held->defer([this, pasted] { m_translator->insertPasted(pasted); });
+        m_held.defer([this, pasted] { m_translator->insertPasted(pasted); });
     });
     connect(m_clipboard, &ClipboardMonitor::tooLarge, this,
             [this] { setStatusMessage(text(MsgClipboardTooLarge).arg(ClipboardOffer::kMaxKiB)); });
@@ -115,7 +117,7 @@ void FormMian::buildWidgets()
     connect(m_translator, &TranslatorPane::status, this, &FormMian::setStatusMessage);
     connect(m_translator, &TranslatorPane::translationFinished, this, [this] {
         // What the user did meanwhile comes first, then the newest copied text.
-        m_held->release();
+        m_held.release();
         m_translator->takeWaitingCopy();
         Q_EMIT translationFinished();
     });
@@ -131,12 +133,10 @@ void FormMian::buildWidgets()
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     statusBar()->setSizeGripEnabled(false);
 
-    m_visibility = new WindowVisibility(this);
-    connect(m_visibility, &WindowVisibility::hiddenToTray, this, &FormMian::hiddenToTray);
-    m_held = new HeldInput(this, [this] { m_session->cancel(); });
+    connect(&m_visibility, &WindowVisibility::hiddenToTray, this, &FormMian::hiddenToTray);
     connect(m_session, &TranslationSession::busyChanged, this, [this](bool busy) {
         if (busy)
-            m_held->hold();
+            m_held.hold();
     });
 }
 
@@ -153,9 +153,9 @@ void FormMian::buildServices()
     check.exitProgram = [this] { requestExit(); };
     check.programPath = m_deps.programPath;
     check.addresses = m_engine->addresses();
-    m_updateCheck = new UpdateCheck(std::move(check), this);
-    m_promotion = new PromotionPanel(
-        m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    new UpdateCheck(std::move(check), this);
+    new PromotionPanel(m_picAD,
+                       {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
 }
 
 void FormMian::registerHotKey()
@@ -241,7 +241,7 @@ void FormMian::runCommand(const CommandChoice& choice)
     if (atOnce || !m_session->Translating())
         run(choice);
     else
-        m_held->defer([this, choice] { run(choice); });
+        m_held.defer([this, choice] { run(choice); });
 }
 
 void FormMian::run(const CommandChoice& choice)
@@ -288,17 +288,17 @@ void FormMian::run(const CommandChoice& choice)
         applyStyle();
         break;
     case Command::OnlineHelp:
-        m_deps.openUrl(addresses.onlineHelp());
-        break;
     case Command::Home:
-        m_deps.openUrl(addresses.productHome());
-        break;
     case Command::GoogleHome:
-        m_deps.openUrl(addresses.serviceHome(m_session->InterfaceCode()));
+    case Command::WebHome: {
+        const QMap<Command, QUrl> pages{
+            {Command::OnlineHelp, addresses.onlineHelp()},
+            {Command::Home, addresses.productHome()},
+            {Command::GoogleHome, addresses.serviceHome(m_session->InterfaceCode())},
+            {Command::WebHome, addresses.outsideTranslator()}};
+        m_deps.openUrl(pages.value(choice.command));
         break;
-    case Command::WebHome:
-        m_deps.openUrl(addresses.outsideTranslator());
-        break;
+    }
     case Command::About:
         m_dialogs.about(m_language.toInt());
         break;
@@ -346,17 +346,17 @@ QMenu* FormMian::systemMenu() const
 
 void FormMian::toggleShowHide()
 {
-    m_visibility->toggle();
+    m_visibility.toggle();
 }
 
 void FormMian::setTrayPresent(bool present)
 {
-    m_visibility->setTrayPresent(present);
+    m_visibility.setTrayPresent(present);
 }
 
 bool FormMian::trayPresent() const
 {
-    return m_visibility->trayPresent();
+    return m_visibility.trayPresent();
 }
 
 QString FormMian::statusMessage() const
@@ -382,7 +382,7 @@ void FormMian::closeEvent(QCloseEvent* event)
     if (!m_exitRequested) {
         // Closing never ends the program: it minimises, and with a tray that hides the window there.
         event->ignore();
-        m_visibility->minimise();
+        m_visibility.minimise();
         return;
     }
     m_clipboard->setMonitoring(false);

@@ -3,7 +3,9 @@
 #include "app/DialogCommands.h"
 #include "app/Settings.h"
 #include "app/WindowDeps.h"
+#include "app/WindowVisibility.h"
 #include "desktop/MenuCommands.h"
+#include "ui/HeldInput.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -18,14 +20,10 @@ class ClipboardMonitor;
 class CommandMenus;
 class ConnectivityProbe;
 class GlobalHotKey;
-class HeldInput;
-class PromotionPanel;
 class SitesMenu;
 class TranslationSession;
 class TranslatorPane;
-class UpdateCheck;
 class WebPageBar;
-class WindowVisibility;
 
 // The program's one main window: its menus, status line, showing and hiding, and the parts it is
 // made of (text panes, language pickers, buttons, speakers, the web page bar, the promotion panel),
@@ -87,23 +85,21 @@ private:
 
     FormMianDeps m_deps;
     DialogCommands m_dialogs;
+    WindowVisibility m_visibility;
+    HeldInput m_held; // what the user does while a translation runs
     std::unique_ptr<ConnectivityProbe> m_ownConnectivity;
     ConnectivityProbe* m_connectivity = nullptr;
     TranslationEngine* m_engine = nullptr;
     TranslationSession* m_session = nullptr;
+    std::unique_ptr<GlobalHotKey> m_hotKey;
     QFrame* m_picAD = nullptr;
     TranslatorPane* m_translator = nullptr;
     WebPageBar* m_webBar = nullptr;
+    QString m_language = QStringLiteral("1");
     CommandMenus* m_menus = nullptr;
     SitesMenu* m_sites = nullptr;
-    UpdateCheck* m_updateCheck = nullptr;
-    PromotionPanel* m_promotion = nullptr;
     ClipboardMonitor* m_clipboard = nullptr;
-    WindowVisibility* m_visibility = nullptr;
-    HeldInput* m_held = nullptr;
-    std::unique_ptr<GlobalHotKey> m_hotKey;
 
-    QString m_language = QStringLiteral("1");
     int m_style = 2;
     FontSetting m_font;
     bool m_exitRequested = false;

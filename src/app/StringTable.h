@@ -7,75 +7,27 @@ namespace quillora
 
 inline constexpr int kInterfaceLanguageCount = 7;
 
-// Offsets into the interface string tables; every table has every one of them.
+// Offsets into the interface string tables; every table has every one of them. A table, one line a
+// place where the texts show.
+// clang-format off
 enum TextOffset {
-    MenuFile = 1,
-    MenuTranslate = 2,   // also the Translate button's tool tip
-    MenuOpen = 3,        // also the open dialog's title
-    MenuSaveResults = 4, // also the save dialog's title
-    MenuExit = 5,
-    MenuSetting = 6,
-    MenuAutoRun = 7,
-    MenuOptions = 8,
-    MenuLanguage = 9,
-    MenuStyle = 10,
-    MenuStyleOfficeXp = 11,
-    MenuHelp = 12,
-    MenuOnlineHelp = 13,
-    MenuHome = 14,
-    MenuAbout = 15,
-    MenuGoogleHome = 16,
-    WindowTitle = 17, // also the tray balloon's title
-    MenuShowHide = 18,
-    TrayToolTip = 19,
-    TrayWelcome = 20, // followed by the version
-    LabelFrom = 21,
-    LabelInto = 22,
-    CheckPhonetic = 23,
-    CheckDictionary = 24,
-    ButtonTranslate = 25,
-    ButtonBack = 26,
-    ButtonCopy = 27,
-    ButtonPaste = 28,
-    ButtonClear = 29, // also its own tool tip
-    OptionsTitle = 30,
-    OptionsSystemLanguage = 31,
-    OptionsFrom = 32,
-    OptionsInto = 33,
-    CheckMonitorClipboard = 34,
-    CheckCaching = 35,
-    ButtonOk = 36,
-    ButtonClose = 37,
-    LanguageNames = 38, // 38-96: the 59 catalogue names in catalogue order
-    DetectLanguage = 99,
-    NoticeTitle = 100,
-    MsgSaveFailed = 101,
-    MsgNotConnected = 102,
-    AboutFirstLine = 103, // 103-107: the About box's lines
-    AboutLastLine = 107,
-    AboutTitle = 108,
-    ButtonSwap = 109,
-    TipBack = 110,
-    TipCopy = 111,
-    TipPaste = 112,
-    TipSwap = 113,
-    MenuStyleOffice2003 = 114,
-    MenuStyleSkyBlue = 115,
-    MenuStyleSystem = 116,
-    MenuFont = 117,
-    MsgNewVersion = 118, // also the update dialog's prompt
-    MenuWebHome = 119,
-    LabelAddress = 120,
-    ButtonGoto = 121,
-    UpdateTitle = 122,
-    ButtonDetails = 123,
-    ButtonDownload = 124,
-    ButtonNextTime = 125,
-    MenuSites = 126,
-    MenuFamousSites = 127,
-    MenuAutoCopy = 128,
+    MenuFile = 1, MenuTranslate = 2, MenuOpen = 3, MenuSaveResults = 4, MenuExit = 5, // 2: also a tool tip; 3, 4: dialog titles
+    MenuSetting = 6, MenuAutoRun = 7, MenuOptions = 8, MenuLanguage = 9, MenuFont = 117, MenuAutoCopy = 128,
+    MenuStyle = 10, MenuStyleOfficeXp = 11, MenuStyleOffice2003 = 114, MenuStyleSkyBlue = 115, MenuStyleSystem = 116,
+    MenuHelp = 12, MenuOnlineHelp = 13, MenuHome = 14, MenuAbout = 15, MenuGoogleHome = 16, MenuWebHome = 119,
+    MenuShowHide = 18, MenuSites = 126, MenuFamousSites = 127,
+    WindowTitle = 17, TrayToolTip = 19, TrayWelcome = 20, // 17: also the tray balloon's title; 20: then the version
+    LabelFrom = 21, LabelInto = 22, CheckPhonetic = 23, CheckDictionary = 24, LabelAddress = 120, ButtonGoto = 121,
+    ButtonTranslate = 25, ButtonSwap = 109, ButtonBack = 26, ButtonCopy = 27, ButtonPaste = 28, ButtonClear = 29,
+    TipSwap = 113, TipBack = 110, TipCopy = 111, TipPaste = 112, // Clear's tip is its caption
+    OptionsTitle = 30, OptionsSystemLanguage = 31, OptionsFrom = 32, OptionsInto = 33,
+    CheckMonitorClipboard = 34, CheckCaching = 35, ButtonOk = 36, ButtonClose = 37,
+    LanguageNames = 38, DetectLanguage = 99, // 38-96: the 59 catalogue names in catalogue order
+    NoticeTitle = 100, MsgSaveFailed = 101, MsgNotConnected = 102,
+    AboutFirstLine = 103, AboutLastLine = 107, AboutTitle = 108, // 103-107: the About box's lines
+    UpdateTitle = 122, MsgNewVersion = 118, ButtonDetails = 123, ButtonDownload = 124, ButtonNextTime = 125,
 
-    // Project-own texts beyond the classic 1-128: the status line.
+    // Project-own texts beyond the classic 1-128, mostly for the status line.
     MsgServiceRefused = 201,    // the service answers 429/503
     MsgTimedOut = 202,          // no answer within the time limit
     MsgNetworkFailed = 203,     // connection failed / TLS error
@@ -97,6 +49,7 @@ enum TextOffset {
     MsgTextTooLong = 219,       // more than %1 KiB of text; nothing sent
     MsgUpdaterKept = 220        // the old updater %1 could not be removed; the program stops
 };
+// clang-format on
 
 // The interface string tables, one UTF-8 file per language in resources/strings, loaded on first use.
 // id = language number x 1000 + offset.

@@ -86,28 +86,30 @@ void TranslatorPane::applyStyle(int style)
     applyVisualStyle(style, this, m_panes->checkBoxes(), m_buttons->buttons());
 }
 
+namespace
+{
+
+// Stops at the first field that did not read; `apply` takes the field's value.
+template <typename T, typename Apply> bool applied(const std::optional<T>& field, Apply apply)
+{
+    if (field)
+        apply(*field);
+    return field.has_value();
+}
+
+} // namespace
+
 bool TranslatorPane::applyOptions(const Options& options)
 {
-    if (!options.sourceRow)
-        return false;
-    m_pickers->setSourceRow(*options.sourceRow);
-    if (!options.targetRow)
-        return false;
-    m_pickers->setTargetRow(*options.targetRow);
-    if (!options.showPhonetic)
-        return false;
-    m_panes->setPhoneticShown(*options.showPhonetic);
-    if (!options.showDictionary)
-        return false;
-    m_panes->setDictionaryShown(*options.showDictionary);
-    if (!options.interfaceLanguageRow)
-        return false;
-    m_session->setInterfaceRow(*options.interfaceLanguageRow);
-    if (!options.caching)
-        return false;
-    if (*options.caching)
-        m_session->enableCaching();
-    return true;
+    return applied(options.sourceRow, [this](int row) { m_pickers->setSourceRow(row); }) &&
+           applied(options.targetRow, [this](int row) { m_pickers->setTargetRow(row); }) &&
+           applied(options.showPhonetic, [this](bool on) { m_panes->setPhoneticShown(on); }) &&
+           applied(options.showDictionary, [this](bool on) { m_panes->setDictionaryShown(on); }) &&
+           applied(options.interfaceLanguageRow, [this](int row) { m_session->setInterfaceRow(row); }) &&
+           applied(options.caching, [this](bool on) {
+               if (on)
+                   m_session->enableCaching();
+           });
 }
 
 void TranslatorPane::applyFont(const FontSetting& font)
@@ -122,32 +124,17 @@ void TranslatorPane::insertPasted(const QString& text)
 
 void TranslatorPane::jcbuttonClick(int index)
 {
-    if (m_session->Translating())
+    if (m_session->Translating() || index < 0 || index >= ButtonRow::Count)
         return;
-    switch (index) {
-    case ButtonRow::Translate:
-        m_runForCopy = false;
-        translate();
-        break;
-    case ButtonRow::Swap:
-        swap();
-        break;
-    case ButtonRow::Back:
-        m_session->goBack();
-        break;
-    case ButtonRow::Copy:
-        copyResult();
-        break;
-    case ButtonRow::Paste:
-        // Read without waiting for the other program; the text lands through pasteText.
-        m_clipboard->requestPaste();
-        break;
-    case ButtonRow::Clear:
-        clearBoxes();
-        break;
-    default:
-        break;
-    }
+    const std::array<std::function<void()>, ButtonRow::Count> actions{
+        [this] {
+            m_runForCopy = false;
+            translate();
+        },
+        [this] { swap(); }, [this] { m_session->goBack(); }, [this] { copyResult(); },
+        // Read without waiting for the other program; the text lands through insertPasted().
+        [this] { m_clipboard->requestPaste(); }, [this] { clearBoxes(); }};
+    actions[index]();
 }
 
 void TranslatorPane::translateCopiedText(const QString& text)

@@ -38,56 +38,6 @@ void TranslationSession::setInterfaceRow(int row)
     m_interfaceCode = LanguageCode(row);
 }
 
-int TranslationSession::sourceRow() const
-{
-    return m_sourceRow;
-}
-
-int TranslationSession::targetRow() const
-{
-    return m_targetRow;
-}
-
-const QString& TranslationSession::SourceCode() const
-{
-    return m_sourceCode;
-}
-
-const QString& TranslationSession::TargetCode() const
-{
-    return m_targetCode;
-}
-
-const QString& TranslationSession::InterfaceCode() const
-{
-    return m_interfaceCode;
-}
-
-void TranslationSession::enableCaching()
-{
-    m_caching = true;
-}
-
-bool TranslationSession::CachingEnabled() const
-{
-    return m_caching;
-}
-
-bool TranslationSession::Translating() const
-{
-    return m_translating;
-}
-
-const HistoryRing& TranslationSession::ring() const
-{
-    return m_ring;
-}
-
-const QString& TranslationSession::tempFolder() const
-{
-    return m_tempFolder;
-}
-
 bool TranslationSession::translate(const QString& text, EngineChoice choice)
 {
     if (m_translating)

@@ -39,27 +39,27 @@ public:
     void setSourceRow(int row);
     void setTargetRow(int row);
     void setInterfaceRow(int row);
-    int sourceRow() const;
-    int targetRow() const;
-    const QString& SourceCode() const;
-    const QString& TargetCode() const;
-    const QString& InterfaceCode() const;
+    int sourceRow() const { return m_sourceRow; }
+    int targetRow() const { return m_targetRow; }
+    const QString& SourceCode() const { return m_sourceCode; }
+    const QString& TargetCode() const { return m_targetCode; }
+    const QString& InterfaceCode() const { return m_interfaceCode; }
 
     // Once on, on for the rest of the run.
-    void enableCaching();
-    bool CachingEnabled() const;
+    void enableCaching() { m_caching = true; }
+    bool CachingEnabled() const { return m_caching; }
 
     // Starts translating `text` (as typed) and returns at once; finished() follows exactly once,
     // never from inside this call. False, with nothing started, while a translation runs.
     bool translate(const QString& text, EngineChoice choice);
     // The running translation ends Cancelled; nothing when idle.
     void cancel();
-    bool Translating() const;
+    bool Translating() const { return m_translating; }
     // Steps the history ring back, takes that slot's rows and emits wentBack() with it before
     // returning. Nothing while a translation runs.
     void goBack();
-    const HistoryRing& ring() const;
-    const QString& tempFolder() const;
+    const HistoryRing& ring() const { return m_ring; }
+    const QString& tempFolder() const { return m_tempFolder; }
 
 Q_SIGNALS:
     // busyChanged(false) comes just before finished(), so that a slot on either may translate again.
