@@ -39,11 +39,9 @@ private Q_SLOTS:
                      "a b&\"%=\x7f%C2%80%C3%A9%DF%BF%E0%80%E4%95%FF%BF%E1%80%80%E4%B8%AD%ED%A0%BD%ED%B8%80"));
     }
 
-    void speechPagesAndAudio()
+    void speechPages()
     {
         const QString base = "http://127.0.0.1:9";
-        QCOMPARE(speechAudioUrl(base, "a b&é", "zh-CN").toEncoded(),
-                 base.toUtf8() + "/translate_tts?ie=UTF-8&client=tw-ob&tl=zh-CN&q=a%20b%26%C3%A9");
         QTemporaryDir dir;
         const QString page0 = speechPagePath(dir.path(), 0), page1 = speechPagePath(dir.path() + '/', 1);
         QCOMPARE(page1, dir.path() + "/soun(1).tmp");
@@ -61,20 +59,14 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         HistoryRing ring(dir.path());
-        const auto positions = [&ring] { return std::pair(ring.ShowPos(), ring.WritePos()); };
         QCOMPARE(ring.GoBack().source, QString()); // the empty last slot
-        QCOMPARE(positions(), std::pair(2, 0));
-        const QStringList names{"one", "two", "three", "four"};
-        for (int i = 0; i < names.size(); ++i) {
-            QCOMPARE(ring.store(slotNamed(names.at(i)), QString(), QString()), i % 3);
-            QCOMPARE(positions(), std::pair(i % 3, (i + 1) % 3));
-        }
-        QCOMPARE(ring.slot(0).dictionary, QStringLiteral("four dict"));
+        for (const char* name : {"one", "two", "three", "four"})
+            ring.store(slotNamed(name), QString(), QString());
         QStringList walked;
         for (int i = 0; i < 4; ++i)
             walked << ring.GoBack().source;
         QCOMPARE(walked, QStringList({"three", "two", "four", "three"}));
-        QCOMPARE(positions(), std::pair(2, 1)); // walking back never moves the next write
+        QCOMPARE(ring.WritePos(), 1); // walking back never moves the next write
     }
 
     void ringCopiesAndDeletesSlotFiles()
@@ -82,23 +74,17 @@ private Q_SLOTS:
         QTemporaryDir dir;
         HistoryRing ring(dir.path());
         QCOMPARE(ring.slotFile(2, 1), dir.path() + "/soun21.tmp");
-        const QString page0 = dir.filePath("soun(0).tmp"), page1 = dir.filePath("soun(1).tmp");
-        QVERIFY(writeFile(page0, "translation page") && writeFile(page1, "source page"));
-        ring.store(slotNamed("a", true), page0, page1);
-        QVERIFY(ring.slot(0).translationSpeech && ring.slot(0).sourceSpeech);
-        QCOMPARE(readFile(ring.slotFile(0, 0)) + readFile(ring.slotFile(0, 1)),
-                 "translation pagesource page");
-
-        QVERIFY(writeFile(page0, "newer"));
-        ring.store(slotNamed("b", true), page0, QString()); // the flags follow the pages, not the slot
-        QCOMPARE(readFile(ring.slotFile(1, 0)), QByteArray("newer"));
-        QVERIFY(!QFile::exists(ring.slotFile(1, 1)) && !ring.slot(1).sourceSpeech);
-
-        // Reusing slot 0 without pages deletes its old files; a missing page counts as none.
-        ring.store(slotNamed("c"), QString(), QString());
-        ring.store(slotNamed("d", true), QString(), dir.filePath("gone.tmp"));
-        QVERIFY(!QFile::exists(ring.slotFile(0, 0)) && !QFile::exists(ring.slotFile(0, 1)));
-        QVERIFY(!ring.slot(0).translationSpeech && !ring.slot(0).sourceSpeech && QFile::exists(page0));
+        const QString page = dir.filePath("soun(0).tmp");
+        QVERIFY(writeFile(page, "translation page"));
+        ring.store(slotNamed("a", true), page, QString()); // the flags follow the pages, not the slot
+        QCOMPARE(readFile(ring.slotFile(0, 0)), QByteArray("translation page"));
+        QVERIFY(ring.slot(0).translationSpeech && !ring.slot(0).sourceSpeech &&
+                !QFile::exists(ring.slotFile(0, 1)));
+        // Reusing slot 0 without pages deletes its old file; a missing page counts as none.
+        for (int i = 0; i < 3; ++i)
+            ring.store(slotNamed("b", true), QString(), dir.filePath("gone.tmp"));
+        QVERIFY(!QFile::exists(ring.slotFile(0, 0)) && !ring.slot(0).translationSpeech);
+        QVERIFY(!ring.slot(0).sourceSpeech && QFile::exists(page));
     }
 
     void privateFolder()
@@ -121,10 +107,9 @@ private Q_SLOTS:
                 !QFileInfo(instead).isSymLink());
         QCOMPARE(QFile::permissions(instead), kOwnerOnly);
         QCOMPARE(QFileInfo(instead).ownerId(), ::getuid());
-        QCOMPARE(privateFolderAt(plain), instead);
+        for (const QString& refused : {plain, ::getuid() != 0 ? QStringLiteral("/") : plain})
+            QCOMPARE(privateFolderAt(refused), instead);
         QCOMPARE(readFile(plain), QByteArray("x"));
-        if (::getuid() != 0)
-            QCOMPARE(privateFolderAt("/"), instead);
     }
 };
 

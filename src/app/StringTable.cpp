@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QHash>
 #include <QtDebug>
+#include <array>
+#include <mutex>
 
 namespace quillora
 {
@@ -35,22 +37,23 @@ void loadTable(int language, QHash<int, QString>& into)
     }
 }
 
-const QHash<int, QString>& tables()
+// Each language's table is read on its first use: a window speaks one language at a time.
+const QHash<int, QString>& tableOf(int id)
 {
-    static const QHash<int, QString> all = [] {
-        QHash<int, QString> t;
-        for (int language = 1; language <= kInterfaceLanguageCount; ++language)
-            loadTable(language, t);
-        return t;
-    }();
-    return all;
+    static std::array<QHash<int, QString>, kInterfaceLanguageCount + 1> loaded;
+    static std::array<std::once_flag, kInterfaceLanguageCount + 1> once;
+    const int language = id / 1000;
+    if (language < 1 || language > kInterfaceLanguageCount)
+        return loaded[0];
+    std::call_once(once[language], [language] { loadTable(language, loaded[language]); });
+    return loaded[language];
 }
 
 } // namespace
 
 QString StringTable::text(int id)
 {
-    const auto& t = tables();
+    const auto& t = tableOf(id);
     const auto it = t.constFind(id);
     if (it == t.constEnd()) {
         qWarning("No interface string %d", id);
@@ -61,7 +64,7 @@ QString StringTable::text(int id)
 
 bool StringTable::contains(int id)
 {
-    return tables().contains(id);
+    return tableOf(id).contains(id);
 }
 
 } // namespace quillora

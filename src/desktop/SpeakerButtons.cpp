@@ -27,11 +27,9 @@ SpeakerButtons::SpeakerButtons(QWidget* container, const QString& serviceBase, c
     : QObject(container), m_serviceBase(serviceBase),
       m_programFolder(programFolder.isEmpty() ? QCoreApplication::applicationDirPath() : programFolder)
 {
-    const QIcon icon = container->style()->standardIcon(QStyle::SP_MediaVolume);
     for (int slot = 0; slot < 2; ++slot) {
         auto* button = new QToolButton(container);
         button->setObjectName(QStringLiteral("WebBrowser2_%1").arg(slot));
-        button->setIcon(icon);
         button->setAutoRaise(true);
         button->setGeometry(kLeft, kTop[slot], kSize, kSize);
         button->hide();
@@ -45,6 +43,9 @@ SpeakerButtons::~SpeakerButtons() = default;
 void SpeakerButtons::showSpeaker(int slot, bool shown, const SpokenText& text)
 {
     m_spoken[slot] = text;
+    // The icon comes from the icon theme, a lookup that start-up need not wait for.
+    if (shown && m_buttons[slot]->icon().isNull())
+        m_buttons[slot]->setIcon(m_buttons[slot]->style()->standardIcon(QStyle::SP_MediaVolume));
     m_buttons[slot]->setVisible(shown);
 }
 

@@ -23,7 +23,7 @@ SpeechAudioFactory* loadSpeechModule(const QString& programFolder, QString* erro
     for (const QString& path : speechModuleCandidates(programFolder)) {
         if (!QFileInfo::exists(path))
             continue;
-        QPluginLoader loader(path);
+        QPluginLoader loader(QFileInfo(path).absoluteFilePath()); // a bare name would be searched for
         if (auto* factory = qobject_cast<SpeechAudioFactory*>(loader.instance()))
             return factory;
         reasons << (loader.errorString().isEmpty() ? path : loader.errorString());

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWindow>
+#include <chrono>
 #include <cstdio>
-#include <ctime>
 
 namespace quillora
 {
@@ -23,9 +23,11 @@ protected:
     {
         auto* shown = qobject_cast<QWindow*>(watched);
         if (event->type() == QEvent::Expose && shown && shown->isExposed()) {
-            timespec now{};
-            ::clock_gettime(CLOCK_REALTIME, &now);
-            std::printf("shown %lld.%06ld\n", static_cast<long long>(now.tv_sec), now.tv_nsec / 1000);
+            const auto now = std::chrono::duration_cast<std::chrono::microseconds>(
+                                 std::chrono::system_clock::now().time_since_epoch())
+                                 .count();
+            std::printf("shown %lld.%06lld\n", static_cast<long long>(now / 1000000),
+                        static_cast<long long>(now % 1000000));
             std::fflush(stdout);
             QCoreApplication::instance()->removeEventFilter(this);
         }

@@ -24,7 +24,7 @@ usr/share/icons/hicolor/scalable/apps/$id.svg
 usr/share/man/man1/quillora.1.gz usr/share/man/man1/quillora-cli.1.gz
 usr/share/doc/quillora/copyright usr/share/doc/quillora/changelog.gz
 usr/share/bash-completion/completions/quillora-cli
-usr/lib/quillora/quillora-speech.so"
+usr/lib/quillora/plugins/quillora-speech.so"
 for size in $sizes; do expected+=" usr/share/icons/hicolor/${size}x$size/apps/$id.png"; done
 diff <(tr ' ' '\n' <<<"$expected" | sort) <(cd "$stage" && find . -type f | sed 's#^\./##' | sort) ||
   fail "installed files differ from the list above (< missing, > unexpected)"
