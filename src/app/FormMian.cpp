@@ -25,7 +25,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QLayout>
 #include <QMap>
 #include <QPlainTextEdit>
@@ -70,7 +69,6 @@ FormMian::~FormMian()
 
 void FormMian::Form_Load()
 {
-    setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
     buildWidgets();
     m_menus = new CommandMenus(this);
     connect(m_menus, &CommandMenus::triggered, this, &FormMian::runCommand);

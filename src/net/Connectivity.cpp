@@ -8,11 +8,14 @@ namespace quillora
 namespace
 {
 
-// The platform backend is loaded once per process; Qt keeps it for the rest of the run.
+// NetworkManager's backend is loaded once per process; Qt keeps it for the rest of the run. Only that
+// one: the default search also loads GLib's network monitor, over a megabyte of libraries that only
+// ask NetworkManager again, and that stay mapped where it is absent.
 QNetworkInformation* networkInformation()
 {
     static QNetworkInformation* const info = [] {
-        return QNetworkInformation::loadDefaultBackend() ? QNetworkInformation::instance() : nullptr;
+        return QNetworkInformation::loadBackendByName(u"networkmanager") ? QNetworkInformation::instance()
+                                                                         : nullptr;
     }();
     return info;
 }
