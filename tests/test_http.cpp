@@ -21,11 +21,7 @@ HttpReply fetch(HttpClient& client, const QUrl& url)
 
 HttpReply okReply(const QByteArray& body, const QByteArray& contentType = "text/plain")
 {
-    HttpReply reply;
-    reply.outcome = HttpReply::Ok;
-    reply.body = body;
-    reply.contentType = contentType;
-    return reply;
+    return {HttpReply::Ok, 200, body, contentType, {}, {}, {}};
 }
 } // namespace
 
@@ -183,8 +179,7 @@ private Q_SLOTS:
         const QString expected = test::iconvDecode(bytes, legacyCodecForLocale(systemLocaleName()));
         QVERIFY(!expected.isNull() && expected != QString::fromUtf8(bytes));
         QCOMPARE(urlBytesText(okReply(bytes, "text/plain; charset=UTF-8"), true), expected);
-        HttpReply failed = okReply("Updates");
-        failed.outcome = HttpReply::NetworkError;
+        const HttpReply failed{HttpReply::NetworkError, 0, "Updates", "text/plain", {}, {}, {}};
         QCOMPARE(urlText(failed) + urlBytesText(failed, false), QString());
     }
 };
