@@ -140,7 +140,8 @@ private Q_SLOTS:
             QVERIFY(test::writeFile(file, QByteArray(10000, 'z')));
             QVERIFY(saveResultsFile(file, results, when));
             QCOMPARE(test::readFile(file),
-                     QByteArray::fromHex("feff") + test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
+                     QByteArray::fromHex("feff") +
+                         test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
         }
     }
 
