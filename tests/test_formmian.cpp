@@ -135,13 +135,11 @@ private Q_SLOTS:
 
     void optionsAtLoad_data()
     {
-        QTest::addColumn<QString>("stored");  // null: a first run
-        QTest::addColumn<QList<int>>("rows"); // source, target
-        QTest::addColumn<QList<bool>>(
-            "shown"); // phonetic, dictionary, monitoring, Swap, source right to left
+        QTest::addColumn<QString>("stored");    // null: a first run
+        QTest::addColumn<QList<int>>("rows");   // source, target
+        QTest::addColumn<QList<bool>>("shown"); // phonetic, dictionary, monitoring, Swap, source right to left
         QTest::newRow("first run") << QString() << QList{0, 15} << QList{true, true, true, false, false};
-        QTest::newRow("panes off") << u"3|7|0|0|15|0|0"_s << QList{3, 7}
-                                   << QList{false, false, false, true, false};
+        QTest::newRow("panes off") << u"3|7|0|0|15|0|0"_s << QList{3, 7} << QList{false, false, false, true, false};
         QTest::newRow("Arabic, phonetic only")
             << u"4|7|1|0|15|0|0"_s << QList{4, 7} << QList{true, false, false, true, true};
         QTest::newRow("text in field 1")
@@ -227,8 +225,7 @@ private Q_SLOTS:
         FormMian& w = open({{u"Style"_s, u"7"_s}});
         auto* pic1 = named<QWidget>(w, "Pic1");
         QCOMPARE(checked(w, kStyles), QString()); // 7 does nothing
-        QCOMPARE(pic1->palette().color(pic1->backgroundRole()),
-                 QApplication::palette().color(QPalette::Window));
+        QCOMPARE(pic1->palette().color(pic1->backgroundRole()), QApplication::palette().color(QPalette::Window));
         action(w, "STYLE:1")->trigger();
         QCOMPARE(rig->settings->style(), 1);
         QCOMPARE(pic1->palette().color(pic1->backgroundRole()), QColor(173, 209, 255));
@@ -442,8 +439,7 @@ private Q_SLOTS:
         QCOMPARE(rig->notices.size(), 2);
         rig->service.setFormMode(StandinService::FormMode::Legacy);
         QVERIFY(translateNow(w));
-        QCOMPARE(std::pair(w.statusMessage(), rig->service.requests().size()),
-                 std::pair(refused, qsizetype(1)));
+        QCOMPARE(std::pair(w.statusMessage(), rig->service.requests().size()), std::pair(refused, qsizetype(1)));
         QVERIFY(QFile::remove(ServiceBackoff::defaultFilePath()));
         QVERIFY(translateNow(w));
         QVERIFY(w.statusMessage().isEmpty());
@@ -467,7 +463,7 @@ private Q_SLOTS:
         QVERIFY(w.isTranslating());
         QCOMPARE(w.statusMessage(), StringTable::text(1000 + MsgTranslating));
         QTest::keyClick(source, Qt::Key_X);
-        action(w, "menuS5")->trigger(); // "Auto copy", then "Options": both run at the end
+        action(w, "menuS5")->trigger();          // "Auto copy", then "Options": both run at the end
         w.systemMenu()->actions().at(1)->trigger();
         QCOMPARE(source->toPlainText() + QString::number(dialogs), u"hello0"_s);
         QVERIFY(!rig->settings->autoCopy());
@@ -485,10 +481,9 @@ private Q_SLOTS:
         FormMian& w = open(kEnglishFrench, true);
         named<QComboBox>(w, "ucComText")->setEditText(u"  example.org/a b?x=1&y=2#top "_s);
         named<QAbstractButton>(w, "jcbutton1")->click();
-        QCOMPARE(rig->opened.constFirst(),
-                 rig->service.baseUrl() +
-                     u"/translate?js=n&prev=_t&hl=de&ie=UTF-8&layout=2&eotf=1&sl=en&tl=fr"
-                     u"&u=example.org/a b?x=1&y=2#top"_s);
+        QCOMPARE(rig->opened.constFirst(), rig->service.baseUrl() +
+                                               u"/translate?js=n&prev=_t&hl=de&ie=UTF-8&layout=2&eotf=1&sl=en&tl=fr"
+                                               u"&u=example.org/a b?x=1&y=2#top"_s);
         QVERIFY(rig->service.requests().isEmpty());
     }
 

@@ -31,9 +31,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, 60000);
         QTest::qWait(200); // a paint of what was shown, answered too
         const test::PingProbe::Result pings = probe.stop();
-        QVERIFY(test::box(window, "resultBox")
-                    ->toPlainText()
-                    .startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
+        QVERIFY(test::box(window, "resultBox")->toPlainText().startsWith(QStringLiteral("Il fait beau aujourd'hui. Il")));
         if (pings.maxRoundTripMs < 0)
             QSKIP("the ping probe gave no result");
         const double peakMiB = test::peakResidentKiB() / 1024.0;
