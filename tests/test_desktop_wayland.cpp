@@ -80,35 +80,27 @@ private Q_SLOTS:
     }
 
     // An offer whose writer stalls or never stops ends in failure within the limits.
-    void readsAreCappedInSizeAndTime_data()
-    {
-        QTest::addColumn<QByteArray>("written");
-        QTest::addColumn<bool>("closed");
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<bool>("overflowed");
-        QTest::newRow("whole") << QByteArray("bonjour") << true << true << false;
-        QTest::newRow("stalled") << QByteArray("bon") << false << false << false;
-        QTest::newRow("over the cap") << QByteArray(65, 'x') << false << false << true;
-    }
     void readsAreCappedInSizeAndTime()
     {
-        QFETCH(QByteArray, written);
-        QFETCH(bool, closed);
-        QFETCH(bool, ok);
-        QFETCH(bool, overflowed);
-        int fds[2];
-        QVERIFY(::pipe2(fds, O_CLOEXEC) == 0);
-        QVERIFY(::write(fds[1], written.constData(), size_t(written.size())) == written.size());
-        if (closed)
-            ::close(fds[1]);
-        PipeReader reader(fds[0], 64, 300);
-        QSignalSpy finished(&reader, &PipeReader::finished);
-        QVERIFY(finished.wait(2000));
-        QCOMPARE(finished[0][0].toBool(), ok);
-        QCOMPARE(finished[0][1].toByteArray(), ok ? written : QByteArray());
-        QCOMPARE(reader.overflowed(), overflowed);
-        if (!closed)
-            ::close(fds[1]);
+        // What the writer wrote, whether it closed its end, whether the read succeeded and overflowed.
+        const QList<std::tuple<QByteArray, bool, bool, bool>> rows{{"bonjour", true, true, false},
+                                                                   {"bon", false, false, false},
+                                                                   {QByteArray(65, 'x'), false, false, true}};
+        for (const auto& [written, closed, ok, overflowed] : rows) {
+            int fds[2];
+            QVERIFY(::pipe2(fds, O_CLOEXEC) == 0);
+            QVERIFY(::write(fds[1], written.constData(), size_t(written.size())) == written.size());
+            if (closed)
+                ::close(fds[1]);
+            PipeReader reader(fds[0], 64, 300);
+            QSignalSpy finished(&reader, &PipeReader::finished);
+            QVERIFY(finished.wait(2000));
+            QCOMPARE(finished[0][0].toBool(), ok);
+            QCOMPARE(finished[0][1].toByteArray(), ok ? written : QByteArray());
+            QCOMPARE(reader.overflowed(), overflowed);
+            if (!closed)
+                ::close(fds[1]);
+        }
     }
 
     // sway offers no global shortcuts and the session's portal has no back-end: F11 is off, and said.

@@ -3,6 +3,7 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <array>
 
 using namespace quillora;
 using namespace Qt::StringLiterals;
@@ -10,7 +11,6 @@ using namespace Qt::StringLiterals;
 class TestLocaleChoice : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
 
 private Q_SLOTS:
     // Locale name: its Windows identifier and the interface language for it.
@@ -27,40 +27,32 @@ private Q_SLOTS:
         }
     }
 
-    // Contents of locale.conf and default/locale (null: no such file), then the environment.
-    void systemLocaleComesFromTheRightPlace_data()
-    {
-        QTest::addColumn<QString>("conf");
-        QTest::addColumn<QString>("etcDefault");
-        QTest::addColumn<QString>("environment");
-        QTest::addColumn<QString>("chosen");
-        const QString es = u"LANG=es_ES"_s, none;
-        QTest::newRow("conf first") << u"LANG=fr_FR"_s << u"LANG=th_TH"_s << es << u"fr_FR fr_FR 7"_s;
-        QTest::newRow("then default") << none << u"LANG=th_TH.UTF-8"_s << es << u"th_TH.UTF-8 th_TH 4"_s;
-        QTest::newRow("then env") << u"#\nLC_TIME=de_DE"_s << u"# update-locale"_s << es
-                                  << u"es_ES es_ES 5"_s;
-        QTest::newRow("LC_ALL") << none << none << u"LC_MESSAGES=sk LC_ALL=zh LANG=fr"_s << u"zh zh 2"_s;
-        QTest::newRow("empty LC_ALL") << none << none << u"LC_MESSAGES=sk LC_ALL= LANG=fr"_s << u"sk sk 6"_s;
-        QTest::newRow("nothing") << none << none << none << u"C C 1"_s;
-        QTest::newRow("quoted") << u"LANG=\"sr_RS@latin\""_s << none << none << u"sr_RS@latin sr_RS 1"_s;
-        QTest::newRow("exported") << none << u"export LANG='es_MX.UTF-8'"_s << es << u"es_MX.UTF-8 es_MX 1"_s;
-        QTest::newRow("last") << u"LANG=de\nLANG=es_PR\nLANGUAGE=fr"_s << none << es << u"es_PR es_PR 5"_s;
-        QTest::newRow("empty LANG") << u"LANG="_s << u"LANG=th_TH"_s << es << u"th_TH th_TH 4"_s;
-    }
-
+    // locale.conf, then default/locale (null: no such file), then the environment; what is chosen.
     void systemLocaleComesFromTheRightPlace()
     {
-        QFETCH(QString, conf);
-        QFETCH(QString, etcDefault);
-        QFETCH(QString, environment);
-        const QString tag = QString::fromLatin1(QTest::currentDataTag());
-        LocaleSources s{m_dir.filePath(tag + u".conf"_s), m_dir.filePath(tag + u".default"_s), {}};
-        QVERIFY(conf.isNull() || test::writeFile(s.localeConf, (conf + u'\n').toUtf8()));
-        QVERIFY(etcDefault.isNull() || test::writeFile(s.defaultLocale, (etcDefault + u'\n').toUtf8()));
-        for (const QString& pair : environment.split(u' ', Qt::SkipEmptyParts))
-            s.environment.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
-        QTEST(QStringList({systemLocaleSpec(s), systemLocaleName(s), chooseInterfaceLanguage(s)}).join(u' '),
-              "chosen");
+        const QString es = u"LANG=es_ES"_s, none;
+        const QList<std::array<QString, 4>> rows{
+            {u"LANG=fr_FR"_s, u"LANG=th_TH"_s, es, u"fr_FR fr_FR 7"_s},
+            {none, u"LANG=th_TH.UTF-8"_s, es, u"th_TH.UTF-8 th_TH 4"_s},
+            {u"#\nLC_TIME=de_DE"_s, u"# update-locale"_s, es, u"es_ES es_ES 5"_s},
+            {none, none, u"LC_MESSAGES=sk LC_ALL=zh LANG=fr"_s, u"zh zh 2"_s},
+            {none, none, u"LC_MESSAGES=sk LC_ALL= LANG=fr"_s, u"sk sk 6"_s},
+            {none, none, none, u"C C 1"_s},
+            {u"LANG=\"sr_RS@latin\""_s, none, none, u"sr_RS@latin sr_RS 1"_s},
+            {none, u"export LANG='es_MX.UTF-8'"_s, es, u"es_MX.UTF-8 es_MX 1"_s},
+            {u"LANG=de\nLANG=es_PR\nLANGUAGE=fr"_s, none, es, u"es_PR es_PR 5"_s},
+            {u"LANG="_s, u"LANG=th_TH"_s, es, u"th_TH th_TH 4"_s}};
+        for (const auto& [conf, etcDefault, environment, chosen] : rows) {
+            QTemporaryDir dir;
+            LocaleSources s{dir.filePath(u"locale.conf"_s), dir.filePath(u"locale"_s), {}};
+            QVERIFY(conf.isNull() || test::writeFile(s.localeConf, (conf + u'\n').toUtf8()));
+            QVERIFY(etcDefault.isNull() || test::writeFile(s.defaultLocale, (etcDefault + u'\n').toUtf8()));
+            for (const QString& pair : environment.split(u' ', Qt::SkipEmptyParts))
+                s.environment.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+            QCOMPARE(QStringList({systemLocaleSpec(s), systemLocaleName(s), chooseInterfaceLanguage(s)})
+                         .join(u' '),
+                     chosen);
+        }
     }
 };
 

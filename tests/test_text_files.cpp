@@ -24,77 +24,60 @@ class TestTextFiles : public QObject
 private Q_SLOTS:
     void initTestCase() { m_privateMounts = test::enterPrivateMounts(); }
 
-    void everyEncodingBothWays_data()
-    {
-        QTest::addColumn<int>("encoding");
-        QTest::addColumn<QByteArray>("mark");
-        QTest::addColumn<QString>("codec");
-        QTest::newRow("unmarked utf-8") << int(EncAnsi) << QByteArray() << u"UTF-8"_s;
-        QTest::newRow("utf-8") << int(EncUtf8) << QByteArray::fromHex("efbbbf") << u"UTF-8"_s;
-        QTest::newRow("utf-16 le") << int(EncUtf16LE) << QByteArray::fromHex("fffe") << u"UTF-16LE"_s;
-        QTest::newRow("utf-16 be") << int(EncUtf16BE) << QByteArray::fromHex("feff") << u"UTF-16BE"_s;
-        QTest::newRow("utf-32 le") << int(EncUtf32LE) << QByteArray::fromHex("fffe0000") << u"UTF-32LE"_s;
-        QTest::newRow("utf-32 be") << int(EncUtf32BE) << QByteArray::fromHex("0000feff") << u"UTF-32BE"_s;
-    }
-
     // Files come from iconv, as another program writes them; what we write must be iconv's bytes.
     // UTF-32 is read but never written: such a file keeps only its mark.
     void everyEncodingBothWays()
     {
-        QFETCH(int, encoding);
-        QFETCH(QByteArray, mark);
-        QFETCH(QString, codec);
-        const QByteArray body = test::iconvEncode(m_sample, codec);
-        const QString file = path(QString::fromLatin1(QTest::currentDataTag()));
-        const bool writable = encoding < EncUtf32LE;
-        QVERIFY(test::writeFile(file, mark + body));
-        int used = -7;
-        QCOMPARE(ReadTextFile(file, &used), m_sample);
-        QCOMPARE(used, encoding);
-
-        used = encoding == EncUtf8 ? EncUtf16LE : EncUtf8; // appending keeps the file's own encoding
-        QCOMPARE(WriteTextFile(file, m_sample, true, used), writable);
-        QCOMPARE(used, encoding);
-        QCOMPARE(test::readFile(file),
-                 mark + (writable ? test::iconvEncode(m_sample + m_sample, codec) : body));
-
-        QCOMPARE(WriteTextFile(file, m_sample, false, used), writable);
-        QCOMPARE(test::readFile(file), writable ? mark + body : mark);
+        const QList<std::tuple<int, const char*, QString>> rows{{EncAnsi, "", u"UTF-8"_s},
+                                                                {EncUtf8, "efbbbf", u"UTF-8"_s},
+                                                                {EncUtf16LE, "fffe", u"UTF-16LE"_s},
+                                                                {EncUtf16BE, "feff", u"UTF-16BE"_s},
+                                                                {EncUtf32LE, "fffe0000", u"UTF-32LE"_s},
+                                                                {EncUtf32BE, "0000feff", u"UTF-32BE"_s}};
+        for (const auto& [encoding, markHex, codec] : rows) {
+            const QByteArray mark = QByteArray::fromHex(markHex), body = test::iconvEncode(m_sample, codec);
+            const QString file = path(codec + QString::number(encoding));
+            const bool writable = encoding < EncUtf32LE;
+            QVERIFY(test::writeFile(file, mark + body));
+            int used = -7;
+            QCOMPARE(ReadTextFile(file, &used), m_sample);
+            QCOMPARE(used, encoding);
+            used = encoding == EncUtf8 ? EncUtf16LE : EncUtf8; // appending keeps the file's own encoding
+            QCOMPARE(WriteTextFile(file, m_sample, true, used), writable);
+            QCOMPARE(used, encoding);
+            QCOMPARE(test::readFile(file),
+                     mark + (writable ? test::iconvEncode(m_sample + m_sample, codec) : body));
+            QCOMPARE(WriteTextFile(file, m_sample, false, used), writable);
+            QCOMPARE(test::readFile(file), writable ? mark + body : mark);
+        }
     }
 
     // Per Windows code page a locale that uses it and a text whose bytes there are not valid UTF-8.
-    void legacyCodePages_data()
-    {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<int>("codePage");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("1250") << u"sr_RS.UTF-8@latin"_s << 1250 << u"Žluťoučký kůň úpěl"_s;
-        QTest::newRow("1252") << u"fr_FR"_s << 1252 << u"Grüße, café € “quoted”"_s;
-        QTest::newRow("1255") << u"he_IL.UTF-8"_s << 1255 << u"שלום עולם"_s;
-        QTest::newRow("874") << u"th_TH.UTF-8"_s << 874 << u"ภาษาไทย สวัสดี"_s;
-        QTest::newRow("932") << u"ja_JP.UTF-8"_s << 932 << u"日本語のテキスト、ｶﾀｶﾅ"_s;
-        QTest::newRow("936") << u"zh_CN.UTF-8"_s << 936 << u"你好，世界。简体中文"_s;
-    }
-
     void legacyCodePages()
     {
-        QFETCH(QString, locale);
-        QFETCH(int, codePage);
-        QFETCH(QString, text);
-        const QByteArray encoded = test::iconvEncode(text, u"CP%1"_s.arg(codePage));
-        QVERIFY(!encoded.isEmpty() && encoded != text.toUtf8());
-        const QByteArray codec = legacyCodecForLocale(locale);
-        QCOMPARE(decodeFileBytes(encoded, nullptr, codec), text);
-        QCOMPARE(decodeFileBytes(text.toUtf8(), nullptr, codec), text);
-        if (codec != systemLegacyCodec())
-            return;
-        // An unmarked file in the system code page is read in it and appended to in it.
-        const QString file = path(u"legacy.txt"_s);
-        QVERIFY(test::writeFile(file, encoded));
-        QCOMPARE(ReadTextFile(file), text);
-        int encoding = -1;
-        QVERIFY(WriteTextFile(file, text, true, encoding));
-        QCOMPARE(test::readFile(file), encoded + encoded);
+        const QList<std::tuple<QString, int, QString>> rows{
+            {u"sr_RS.UTF-8@latin"_s, 1250, u"Žluťoučký kůň úpěl"_s},
+            {u"fr_FR"_s, 1252, u"Grüße, café € “quoted”"_s},
+            {u"he_IL.UTF-8"_s, 1255, u"שלום עולם"_s},
+            {u"th_TH.UTF-8"_s, 874, u"ภาษาไทย สวัสดี"_s},
+            {u"ja_JP.UTF-8"_s, 932, u"日本語のテキスト、ｶﾀｶﾅ"_s},
+            {u"zh_CN.UTF-8"_s, 936, u"你好，世界。简体中文"_s}};
+        for (const auto& [locale, codePage, text] : rows) {
+            const QByteArray encoded = test::iconvEncode(text, u"CP%1"_s.arg(codePage));
+            QVERIFY(!encoded.isEmpty() && encoded != text.toUtf8());
+            const QByteArray codec = legacyCodecForLocale(locale);
+            QCOMPARE(decodeFileBytes(encoded, nullptr, codec), text);
+            QCOMPARE(decodeFileBytes(text.toUtf8(), nullptr, codec), text);
+            if (codec != systemLegacyCodec())
+                continue;
+            // An unmarked file in the system code page is read in it and appended to in it.
+            const QString file = path(u"legacy.txt"_s);
+            QVERIFY(test::writeFile(file, encoded));
+            QCOMPARE(ReadTextFile(file), text);
+            int encoding = -1;
+            QVERIFY(WriteTextFile(file, text, true, encoding));
+            QCOMPARE(test::readFile(file), encoded + encoded);
+        }
     }
 
     void malformedInputBecomesReplacementCharacters()
@@ -130,10 +113,10 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path(u"refused.txt"_s)));
     }
 
-    void resultsLayout_data()
+    // The file is UTF-16 BE with its mark, replacing whatever was there. Only spaces are blank: a tab gets
+    // its section.
+    void resultsLayout()
     {
-        QTest::addColumn<QStringList>("texts");
-        QTest::addColumn<QString>("body");
         const QString stars = u"******************************************************************\r\n"_s;
         const QString original = u"--------------------------- Original --------------------------\r\n"_s;
         const QString translation =
@@ -143,66 +126,54 @@ private Q_SLOTS:
         const QString dictionary =
             stars + u"--------------------------- Dictionary --------------------------\r\n"_s;
         const QString end = u"*****************************END*****************************\r\n"_s;
-        QTest::newRow("every section")
-            << QStringList{u"Hello\nworld"_s, u"Hallo\r\nWelt"_s, u"Ha-lo"_s, u"noun\rGruß"_s}
-            << original + u"Hello\r\nworld\r\n"_s + translation + u"Hallo\r\nWelt\r\n"_s + romanization +
-                   u"Ha-lo\r\n"_s + dictionary + u"noun\r\nGruß\r\n"_s + end;
-        // Only spaces are blank: a tab gets its section.
-        QTest::newRow("blank dictionary")
-            << QStringList{u" "_s, QString(), u" \t"_s, u"  "_s}
-            << original + u" \r\n"_s + translation + u"\r\n"_s + romanization + u" \t\r\n"_s;
-    }
-
-    // The file is UTF-16 BE with its mark, replacing whatever was there.
-    void resultsLayout()
-    {
-        QFETCH(QStringList, texts);
-        QFETCH(QString, body);
-        const ResultTexts results{texts.at(0), texts.at(1), texts.at(2), texts.at(3)};
+        const QList<std::pair<ResultTexts, QString>> rows{
+            {{u"Hello\nworld"_s, u"Hallo\r\nWelt"_s, u"Ha-lo"_s, u"noun\rGruß"_s},
+             original + u"Hello\r\nworld\r\n"_s + translation + u"Hallo\r\nWelt\r\n"_s + romanization +
+                 u"Ha-lo\r\n"_s + dictionary + u"noun\r\nGruß\r\n"_s + end},
+            {{u" "_s, QString(), u" \t"_s, u"  "_s},
+             original + u" \r\n"_s + translation + u"\r\n"_s + romanization + u" \t\r\n"_s}};
         const QDateTime when(QDate(2026, 1, 2), QTime(9, 30));
-        QCOMPARE(buildResultsText(results, when, QLocale(QLocale::German, QLocale::Germany)),
-                 u"******************DATE:02.01.26 ;TIME: 09:30******************\r\n"_s + body);
-        const QString file = path(u"results.txt"_s);
-        QVERIFY(test::writeFile(file, QByteArray(10000, 'z')));
-        QVERIFY(saveResultsFile(file, results, when));
-        QCOMPARE(test::readFile(file), QByteArray::fromHex("feff") +
-                                           test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
+        for (const auto& [results, body] : rows) {
+            QCOMPARE(buildResultsText(results, when, QLocale(QLocale::German, QLocale::Germany)),
+                     u"******************DATE:02.01.26 ;TIME: 09:30******************\r\n"_s + body);
+            const QString file = path(u"results.txt"_s);
+            QVERIFY(test::writeFile(file, QByteArray(10000, 'z')));
+            QVERIFY(saveResultsFile(file, results, when));
+            QCOMPARE(test::readFile(file),
+                     QByteArray::fromHex("feff") +
+                         test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
+        }
     }
 
-    void failedSaveKeepsTheOldFile_data()
-    {
-        QTest::addColumn<int>("error");
-        QTest::newRow("full disk") << ENOSPC;
-        QTest::newRow("file size limit") << EFBIG;
-        QTest::newRow("read-only folder") << EROFS;
-    }
-
-    // The old file stays byte for byte, no temporary is left behind, and the system says why.
+    // The old file stays byte for byte, no temporary is left behind, and the system says why. Only the
+    // size limit needs no mount of its own.
     void failedSaveKeepsTheOldFile()
     {
-        QFETCH(int, error);
-        const QString folder = path(QString::fromLatin1(QTest::currentDataTag()));
-        if (error != EFBIG && !(m_privateMounts && test::mountSmallDisk(folder)))
-            QSKIP("needs a mount namespace of its own (root)");
-        const QString old = folder + u"/results.txt"_s;
-        QVERIFY(test::writeFile(old, "22 bytes of old result"));
-        const QStringList before = QDir(folder).entryList(QDir::Files | QDir::Hidden);
-        rlimit limit{};
-        getrlimit(RLIMIT_FSIZE, &limit);
-        const rlimit small{4096, limit.rlim_max};
-        if (error == ENOSPC)
-            test::fillUp(folder);
-        QVERIFY(error != EROFS || test::mountSmallDisk(folder, MS_REMOUNT | MS_RDONLY));
-        signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, error == EFBIG ? &small : &limit);
-        const ResultTexts big{QString(3000, u'a'), QString(3000, u'b'), {}, {}};
-        const WriteOutcome replaced = saveResultsFile(old, big), created = saveResultsFile(old + u'2', big);
-        setrlimit(RLIMIT_FSIZE, &limit);
-        QVERIFY(!replaced && !created);
-        QCOMPARE(replaced.reason, qt_error_string(error));
-        QCOMPARE(test::readFile(old), QByteArray("22 bytes of old result"));
-        QFile::remove(folder + u"/filler"_s);
-        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), before);
+        for (const int error : {EFBIG, ENOSPC, EROFS}) {
+            const QString folder = path(QString::number(error));
+            if (error != EFBIG && !(m_privateMounts && test::mountSmallDisk(folder)))
+                QSKIP("needs a mount namespace of its own (root)");
+            const QString old = folder + u"/results.txt"_s;
+            QVERIFY(test::writeFile(old, "22 bytes of old result"));
+            const QStringList before = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+            rlimit limit{};
+            getrlimit(RLIMIT_FSIZE, &limit);
+            const rlimit small{4096, limit.rlim_max};
+            if (error == ENOSPC)
+                test::fillUp(folder);
+            QVERIFY(error != EROFS || test::mountSmallDisk(folder, MS_REMOUNT | MS_RDONLY));
+            signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, error == EFBIG ? &small : &limit);
+            const ResultTexts big{QString(3000, u'a'), QString(3000, u'b'), {}, {}};
+            const WriteOutcome replaced = saveResultsFile(old, big),
+                               created = saveResultsFile(old + u'2', big);
+            setrlimit(RLIMIT_FSIZE, &limit);
+            QVERIFY(!replaced && !created);
+            QCOMPARE(replaced.reason, qt_error_string(error));
+            QCOMPARE(test::readFile(old), QByteArray("22 bytes of old result"));
+            QFile::remove(folder + u"/filler"_s);
+            QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), before);
+        }
     }
 };
 

@@ -29,7 +29,7 @@ bool lists(const QString& listing, const QString& window)
            listing.contains(QRegularExpression(QString("0x%1\\b").arg(window.toUInt(), 0, 16)));
 }
 
-QStringList windowsOf(const QProcess& program, const QString& filter = "--all")
+QStringList windowsOf(const QProcess& program, const char* filter = "--all")
 {
     return run("xdotool", {"search", filter, "--pid", QString::number(program.processId())})
         .split('\n', Qt::SkipEmptyParts);
@@ -39,10 +39,9 @@ QStringList windowsOf(const QProcess& program, const QString& filter = "--all")
 QString mainWindow(const QProcess& program)
 {
     static const QRegularExpression wide("Width: ([4-9]\\d\\d|\\d{4,})\\n");
-    for (const QString& w : windowsOf(program)) {
+    for (const QString& w : windowsOf(program))
         if (run("xwininfo", {"-id", w}).contains(wide))
             return w;
-    }
     return {};
 }
 
@@ -58,14 +57,20 @@ bool reachable(const QString& window)
     return lists(run("xprop", {"-root", "_NET_CLIENT_LIST"}), window);
 }
 
+// Minimised and in the window manager's task list.
+bool iconicInTaskList(const QProcess& program)
+{
+    const QString w = mainWindow(program);
+    return reachable(w) && run("xprop", {"-id", w, "WM_STATE"}).contains("Iconic");
+}
+
 // The program's window embedded in the tray, empty when there is none.
 QString iconOf(const QProcess& program)
 {
     const QString panel = run("xdotool", {"search", "--classname", "^panel$"}).section('\n', 0, 0);
-    for (const QString& w : windowsOf(program, "--onlyvisible")) {
+    for (const QString& w : windowsOf(program, "--onlyvisible"))
         if (lists(run("xwininfo", {"-tree", "-id", panel}), w))
             return w;
-    }
     return {};
 }
 
@@ -79,13 +84,6 @@ bool click(const QString& window)
 template <typename Condition> bool eventually(Condition condition)
 {
     return QTest::qWaitFor(condition, 10000);
-}
-
-// Minimised and in the window manager's task list.
-bool iconicInTaskList(const QProcess& program)
-{
-    const QString w = mainWindow(program);
-    return reachable(w) && run("xprop", {"-id", w, "WM_STATE"}).contains("Iconic");
 }
 
 bool endsCleanlyOn(QProcess& program, int signal)
@@ -110,8 +108,12 @@ class TrayTest : public QObject
     QTemporaryDir m_dir;
     QProcess m_tray;
 
-    bool trayUp()
+    bool trayUp(bool up = true)
     {
+        if (!up) {
+            m_tray.kill();
+            return m_tray.waitForFinished();
+        }
         if (m_tray.state() == QProcess::NotRunning)
             m_tray.start("trayer",
                          {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"});
@@ -133,28 +135,23 @@ private Q_SLOTS:
         QVERIFY(trayUp());
     }
 
-    void startArguments_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<bool>("visible");
-        QTest::addColumn<bool>("updaterKept");
-        QTest::newRow("nothing") << QStringList() << true << false;
-        QTest::newRow("mini") << QStringList{"mini"} << false << false;
-        QTest::newRow("mini after a Qt option") << QStringList{"-name", "x", "mini"} << true << false;
-        QTest::newRow("UP") << QStringList{"UP"} << true << true;
-    }
-
+    // The arguments, whether the window shows and whether the updater is kept. "mini" after a Qt option
+    // is not the first argument.
     void startArguments()
     {
-        QFETCH(QStringList, args);
-        QFETCH(bool, visible);
-        QFETCH(bool, updaterKept);
-        QVERIFY(writeFile(m_dir.filePath("Update.exe"), "MZ updater"));
-        QProcess program;
-        QVERIFY(start(program, args));
-        QVERIFY(visible ? eventually([&] { return shown(program); }) : !shown(program));
-        QCOMPARE(QFile::remove(m_dir.filePath("Update.exe")), updaterKept);
-        QVERIFY(endsCleanlyOn(program, SIGTERM));
+        const QList<std::tuple<QStringList, bool, bool>> rows{{{}, true, false},
+                                                              {{"mini"}, false, false},
+                                                              {{"-name", "x", "mini"}, true, false},
+                                                              {{"UP"}, true, true}};
+        for (const auto& [args, visible, updaterKept] : rows) {
+            QVERIFY(writeFile(m_dir.filePath("Update.exe"), "MZ updater"));
+            QProcess program;
+            QVERIFY(start(program, args));
+            QVERIFY2(visible ? eventually([&] { return shown(program); }) : !shown(program),
+                     qPrintable(args.join(' ')));
+            QCOMPARE(QFile::remove(m_dir.filePath("Update.exe")), updaterKept);
+            QVERIFY(endsCleanlyOn(program, SIGTERM));
+        }
     }
 
     void iconClickToggles()
@@ -181,8 +178,7 @@ private Q_SLOTS:
         QVERIFY(eventually([] {
             return run("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains("window id");
         }));
-        m_tray.kill();
-        QVERIFY(m_tray.waitForFinished());
+        QVERIFY(trayUp(false));
         QProcess mini;
         QVERIFY(start(mini, {"mini"}, false));
         QVERIFY(eventually([&] { return iconicInTaskList(mini); }));
@@ -195,8 +191,7 @@ private Q_SLOTS:
         QVERIFY(trayUp());
         QProcess hidden;
         QVERIFY(start(hidden, {"mini"}));
-        m_tray.kill();
-        QVERIFY(m_tray.waitForFinished());
+        QVERIFY(trayUp(false));
         QVERIFY(eventually([&] { return iconicInTaskList(hidden); }));
         QVERIFY(trayUp());
         QVERIFY(eventually([&] { return !iconOf(hidden).isEmpty(); }));

@@ -20,20 +20,13 @@ public:
         double maxRoundTripMs = -1; // -1 when the probe gave no result
     };
 
-    ~PingProbe()
-    {
-        if (m_process.state() != QProcess::NotRunning) {
-            m_process.kill();
-            m_process.waitForFinished();
-        }
-    }
+    ~PingProbe() { m_process.kill(), m_process.waitForFinished(); }
 
     // Starts pinging and returns once the probe listens for answers.
     bool start(WId window, int intervalMs = 20)
     {
         raiseOwnPriority();
-        m_process.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
-                            QLatin1String("/tests/quillora-ping-probe"),
+        m_process.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") + "/tests/quillora-ping-probe",
                         {QString::number(window), QString::number(intervalMs)});
         return m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
     }
@@ -42,12 +35,10 @@ public:
     {
         m_process.terminate();
         m_process.waitForFinished(10000);
-        const QRegularExpressionMatch m =
-            QRegularExpression(QStringLiteral("sent (\\d+) answered (\\d+) max_ms ([0-9.]+)"))
-                .match(QString::fromLatin1(m_process.readAllStandardOutput()));
-        if (!m.hasMatch())
-            return {};
-        return {m.captured(1).toInt(), m.captured(2).toInt(), m.captured(3).toDouble()};
+        static const QRegularExpression said("sent (\\d+) answered (\\d+) max_ms ([0-9.]+)");
+        const QRegularExpressionMatch m = said.match(QString::fromLatin1(m_process.readAllStandardOutput()));
+        return m.hasMatch() ? Result{m.captured(1).toInt(), m.captured(2).toInt(), m.captured(3).toDouble()}
+                            : Result{};
     }
 
 private:

@@ -1,11 +1,12 @@
 // Measures how quickly an X11 window answers the window manager's _NET_WM_PING, from a process of its
 // own so that the window's process cannot vouch for itself.
 //
-//   quillora-ping-probe <window id> [interval ms]
+//   quillora-ping-probe <window id> <interval ms>
 //
-// Pings every interval until SIGTERM or SIGINT, then prints "sent N answered M max_ms X", where X is the
-// longest round trip, a ping still unanswered at the end counted by its age. Prints "ready" once it
-// listens for answers.
+// Prints "ready" once it listens for answers, then pings every interval until SIGTERM or SIGINT and
+// prints "sent N answered M max_ms X", where X is the longest round trip, a ping still unanswered at the
+// end counted by its age.
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -20,11 +21,6 @@ namespace
 {
 
 volatile std::sig_atomic_t g_stop = 0;
-
-void onSignal(int)
-{
-    g_stop = 1;
-}
 
 double nowMs()
 {
@@ -45,73 +41,58 @@ xcb_atom_t atom(xcb_connection_t* c, const char* name)
 
 int main(int argc, char** argv)
 {
-    if (argc < 2) {
-        std::fprintf(stderr, "usage: %s <window id> [interval ms]\n", argv[0]);
+    xcb_connection_t* c = xcb_connect(nullptr, nullptr);
+    if (argc < 3 || xcb_connection_has_error(c)) {
+        std::fprintf(stderr, "usage: %s <window id> <interval ms>, with an X server\n", argv[0]);
         return 2;
     }
     const auto window = xcb_window_t(std::strtoul(argv[1], nullptr, 0));
-    const int intervalMs = argc > 2 ? std::atoi(argv[2]) : 20;
+    const int intervalMs = std::atoi(argv[2]);
     // Above ordinary load where allowed, as the window's process is: the machine's load is not the window's.
     setpriority(PRIO_PROCESS, 0, -10);
-    std::signal(SIGTERM, onSignal);
-    std::signal(SIGINT, onSignal);
-
-    xcb_connection_t* c = xcb_connect(nullptr, nullptr);
-    if (xcb_connection_has_error(c)) {
-        std::fprintf(stderr, "cannot connect to the X server\n");
-        return 2;
-    }
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
+    std::signal(SIGTERM, [](int) { g_stop = 1; });
+    std::signal(SIGINT, [](int) { g_stop = 1; });
     // Answers go to the root window with the StructureNotify mask.
     const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &mask);
-    const xcb_atom_t protocols = atom(c, "WM_PROTOCOLS");
-    const xcb_atom_t ping = atom(c, "_NET_WM_PING");
+    xcb_change_window_attributes(c, xcb_setup_roots_iterator(xcb_get_setup(c)).data->root, XCB_CW_EVENT_MASK,
+                                 &mask);
+    xcb_client_message_event_t ping{};
+    ping.response_type = XCB_CLIENT_MESSAGE;
+    ping.format = 32;
+    ping.window = window;
+    ping.type = atom(c, "WM_PROTOCOLS");
+    ping.data.data32[0] = atom(c, "_NET_WM_PING");
+    ping.data.data32[2] = window;
     std::printf("ready\n");
     std::fflush(stdout);
 
-    std::map<uint32_t, double> pending;
-    uint32_t serial = 1;
-    int sent = 0;
-    int answered = 0;
-    double maxMs = 0;
-    double nextPing = nowMs();
+    std::map<uint32_t, double> pending; // serial: when sent
+    int sent = 0, answered = 0;
+    double maxMs = 0, nextPing = nowMs();
     pollfd pfd{xcb_get_file_descriptor(c), POLLIN, 0};
     while (!g_stop && !xcb_connection_has_error(c)) {
-        const double now = nowMs();
-        if (now >= nextPing) {
-            xcb_client_message_event_t ev{};
-            ev.response_type = XCB_CLIENT_MESSAGE;
-            ev.format = 32;
-            ev.window = window;
-            ev.type = protocols;
-            ev.data.data32[0] = ping;
-            ev.data.data32[1] = serial;
-            ev.data.data32[2] = window;
-            xcb_send_event(c, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&ev));
+        if (nowMs() >= nextPing) {
+            ping.data.data32[1] = uint32_t(++sent);
+            xcb_send_event(c, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&ping));
             xcb_flush(c);
-            pending[serial++] = now;
-            ++sent;
-            nextPing = now + intervalMs;
+            pending[uint32_t(sent)] = nextPing = nowMs();
+            nextPing += intervalMs;
         }
         poll(&pfd, 1, int(nextPing - nowMs()) + 1);
         while (xcb_generic_event_t* e = xcb_poll_for_event(c)) {
-            if ((e->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
-                const auto* m = reinterpret_cast<xcb_client_message_event_t*>(e);
-                const auto it = pending.find(m->data.data32[1]);
-                if (m->data.data32[0] == ping && it != pending.end()) {
-                    const double rtt = nowMs() - it->second;
-                    maxMs = rtt > maxMs ? rtt : maxMs;
-                    ++answered;
-                    pending.erase(it);
-                }
+            const auto* m = reinterpret_cast<xcb_client_message_event_t*>(e);
+            const auto it = pending.find(m->data.data32[1]);
+            if ((e->response_type & 0x7f) == XCB_CLIENT_MESSAGE && m->data.data32[0] == ping.data.data32[0] &&
+                it != pending.end()) {
+                maxMs = std::max(maxMs, nowMs() - it->second);
+                ++answered;
+                pending.erase(it);
             }
             std::free(e);
         }
     }
-    const double end = nowMs();
-    for (const auto& [id, start] : pending)
-        maxMs = end - start > maxMs ? end - start : maxMs;
+    for (const auto& [serial, start] : pending)
+        maxMs = std::max(maxMs, nowMs() - start);
     std::printf("sent %d answered %d max_ms %.1f\n", sent, answered, maxMs);
     xcb_disconnect(c);
     return 0;
