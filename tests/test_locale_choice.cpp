@@ -49,9 +49,13 @@ private Q_SLOTS:
             QVERIFY(etcDefault.isNull() || test::writeFile(s.defaultLocale, (etcDefault + u'\n').toUtf8()));
             for (const QString& pair : environment.split(u' ', Qt::SkipEmptyParts))
                 s.environment.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
-            QCOMPARE(QStringList({systemLocaleSpec(s), systemLocaleName(s), chooseInterfaceLanguage(s)})
+            QCOMPARE(QStringList({systemLocaleSpec(s), systemLocaleName(s), interfaceLanguageFor({}, s)})
                          .join(u' '),
                      chosen);
+            // A stored language is taken as it is when it is one of the seven, else it is English.
+            QCOMPARE(interfaceLanguageFor(u"6"_s, s) + interfaceLanguageFor(u"9"_s, s) +
+                         interfaceLanguageFor(u" 2"_s, s),
+                     u"611"_s);
         }
     }
 };
