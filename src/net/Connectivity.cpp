@@ -5,32 +5,7 @@
 namespace quillora
 {
 
-namespace
-{
-
-// NetworkManager's backend is loaded once per process; Qt keeps it for the rest of the run. Only that
-// one: the default search also loads GLib's network monitor, over a megabyte of libraries that only
-// ask NetworkManager again, and that stay mapped where it is absent.
-QNetworkInformation* networkInformation()
-{
-    static QNetworkInformation* const info = [] {
-        return QNetworkInformation::loadBackendByName(u"networkmanager") ? QNetworkInformation::instance()
-                                                                         : nullptr;
-    }();
-    return info;
-}
-
-} // namespace
-
-bool connectivityVerdict(std::optional<QNetworkInformation::Reachability> reachability, bool interfaceUp)
-{
-    if (!reachability || *reachability == QNetworkInformation::Reachability::Unknown)
-        return interfaceUp;
-    return *reachability == QNetworkInformation::Reachability::Online ||
-           *reachability == QNetworkInformation::Reachability::Site;
-}
-
-bool anyInterfaceUp()
+bool SystemConnectivity::isOnline()
 {
     const auto interfaces = QNetworkInterface::allInterfaces();
     for (const QNetworkInterface& iface : interfaces) {
@@ -42,16 +17,6 @@ bool anyInterfaceUp()
             return true;
     }
     return false;
-}
-
-bool SystemConnectivity::isOnline()
-{
-    std::optional<QNetworkInformation::Reachability> reachability;
-    if (QNetworkInformation* info = networkInformation())
-        reachability = info->reachability();
-    // Interfaces are only enumerated when the backend cannot tell.
-    const bool needInterfaces = !reachability || *reachability == QNetworkInformation::Reachability::Unknown;
-    return connectivityVerdict(reachability, needInterfaces && anyInterfaceUp());
 }
 
 bool IsInternetConnected()

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QNetworkInformation>
-#include <optional>
-
 namespace quillora
 {
 
@@ -14,8 +11,9 @@ public:
     virtual bool isOnline() = 0;
 };
 
-// QNetworkInformation's reachability (Online or Site); when no backend can tell, whether any
-// interface other than loopback is up and running with an address. Answers in milliseconds.
+// Whether any interface other than loopback is up and running with an address: a connection of any
+// kind, as the system's own test means it, not a proof that the service answers. Asks nothing of
+// other programs and loads nothing, in milliseconds.
 class SystemConnectivity : public ConnectivityProbe
 {
 public:
@@ -35,11 +33,5 @@ private:
 };
 
 bool IsInternetConnected();
-
-// The rule behind SystemConnectivity: a backend's Online or Site counts as online, Disconnected and
-// Local as offline; without a backend (nullopt) or with Unknown, whether an interface is up.
-bool connectivityVerdict(std::optional<QNetworkInformation::Reachability> reachability, bool interfaceUp);
-// Whether any interface other than loopback is up and running with an address.
-bool anyInterfaceUp();
 
 } // namespace quillora
