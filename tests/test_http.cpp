@@ -11,8 +11,6 @@ using namespace quillora;
 
 namespace
 {
-const QUrl kNobody("http://127.0.0.1:1/"); // a port nothing listens on
-
 HttpReply fetch(HttpClient& client, const QUrl& url)
 {
     return test::awaitAnswer<HttpReply>([&](auto done) { QVERIFY(client.get(url, done)); })
@@ -36,29 +34,21 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.listen()); }
     void init() { m_service.reset(); }
 
-    void requestsAndAnswersAsSent()
+    // What a POST carries, and an unreachable server, show in the engine's and the CLI's tests.
+    void answersAsSent()
     {
         HttpClient client;
         m_service.setFile("a.txt", "alpha\r\nbeta", "text/plain; charset=UTF-8");
         const HttpReply got = fetch(client, file("a.txt"));
         QCOMPARE(got.contentType + '|' + got.body, "text/plain; charset=UTF-8|alpha\r\nbeta");
-        QVERIFY(test::awaitAnswer<HttpReply>([&](auto done) {
-                    client.post(QUrl(m_service.baseUrl()), "x=é&y=%26+z", "application/x-www-form-urlencoded",
-                                done);
-                })->ok());
-        const auto& post = m_service.requests().at(1);
-        QCOMPARE(post.body + '|' + post.header("content-type"),
-                 "x=é&y=%26+z|application/x-www-form-urlencoded");
-        for (const auto& r : m_service.requests())
-            QCOMPARE(r.header("User-Agent"), QByteArray("Quillora/2.1.91"));
-        // Every error status still delivers its page; no server is a network error.
+        // Every error status still delivers its page.
         for (int status : {400, 403, 404, 407, 418, 500, 503}) {
-            const HttpReply got =
+            const HttpReply page =
                 fetch(client, QUrl(m_service.baseUrl() + "/status/" + QString::number(status)));
-            QCOMPARE(std::pair(got.outcome, got.status), std::pair(HttpReply::Ok, status));
-            QVERIFY(got.body.contains("status " + QByteArray::number(status)));
+            QCOMPARE(std::pair(page.outcome, page.status), std::pair(HttpReply::Ok, status));
+            QVERIFY(page.body.contains("status " + QByteArray::number(status)));
         }
-        QCOMPARE(fetch(client, kNobody).outcome, HttpReply::NetworkError);
+        QCOMPARE(m_service.requests().constFirst().header("User-Agent"), QByteArray("Quillora/2.1.91"));
     }
 
     void limits()

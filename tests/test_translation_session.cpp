@@ -61,7 +61,7 @@ private Q_SLOTS:
     }
     void cleanup() { m_session.reset(); }
 
-    void returnsAtOnceAndFinishesOnce()
+    void returnsAtOnceFinishesOnceAndCancels()
     {
         QSignalSpy finished(m_session.get(), &TranslationSession::finished);
         QSignalSpy busy(m_session.get(), &TranslationSession::busyChanged);
@@ -82,17 +82,13 @@ private Q_SLOTS:
         QCOMPARE(finished.count(), 1);
         QCOMPARE(finish(finished, 2).outcome.failure, TranslationFailure::NothingToTranslate);
         QCOMPARE(m_service.requests().size(), 1);
-    }
-
-    void cancelEndsTheRunningTranslation()
-    {
-        QSignalSpy finished(m_session.get(), &TranslationSession::finished);
-        m_session->cancel(); // idle: nothing
+        // A cancel ends the running translation; idle, it does nothing.
+        m_session->cancel();
         m_service.setDelayMs(5000);
         QVERIFY(m_session->translate("hello", EngineChoice::Auto));
         m_session->cancel();
-        QCOMPARE(finish(finished).outcome.failure, TranslationFailure::Cancelled);
-        QVERIFY(!m_session->Translating());
+        QCOMPARE(finish(finished, 3).outcome.failure, TranslationFailure::Cancelled);
+        QVERIFY(!m_session->Translating() && finished.count() == 3);
     }
 
     void speechLimitAndTheHistoryRing()
