@@ -55,10 +55,14 @@ FormMian::FormMian(const FormMianDeps& deps, QWidget* parent)
     } else {
         m_connectivity = m_deps.connectivity;
     }
-    m_engine =
-        m_deps.engine ? m_deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment(), this);
-    auto* offline = m_deps.offline ? m_deps.offline : new OfflineEngine(QStringLiteral("apertium"), this);
+    m_engine = m_deps.engine ? m_deps.engine : new TranslationEngine(ServiceAddresses::fromEnvironment());
+    auto* offline = m_deps.offline ? m_deps.offline : new OfflineEngine(QStringLiteral("apertium"));
     m_session = new TranslationSession(m_engine, offline, temporaryFolder(), this);
+    // Engines of the window's own go with the session, after it has cancelled what runs on them.
+    if (!m_deps.engine)
+        m_engine->setParent(m_session);
+    if (!m_deps.offline)
+        offline->setParent(m_session);
     Form_Load();
 }
 
