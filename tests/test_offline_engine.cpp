@@ -160,8 +160,16 @@ private Q_SLOTS:
         QCOMPARE(fallback.err, "quillora-cli: translated offline by Apertium eng-spa\n");
         const test::CommandResult json = cli({"--json", "-t", "es", kEnglish});
         QCOMPARE(QJsonDocument::fromJson(json.out).object().value("engine").toString(), "Apertium eng-spa");
+        // An engine that never answers, first on the path: however fast the machine, the limit is met.
+        QTemporaryDir stalled;
+        QVERIFY(test::writeFile(stalled.filePath("apertium"),
+                                "#!/bin/sh\n[ \"$1\" = -l ] && exec echo eng-spa\nexec sleep 60\n") &&
+                QFile::setPermissions(stalled.filePath("apertium"), QFile::ReadOwner | QFile::ExeOwner));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", stalled.path().toUtf8() + ':' + path);
         const test::CommandResult slow =
-            cli({"--engine", "offline", "--timeout", "1", "-s", "en", "-t", "es", kEnglish.repeated(1000)});
+            cli({"--engine", "offline", "--timeout", "1", "-s", "en", "-t", "es", kEnglish});
+        qputenv("PATH", path);
         QCOMPARE(slow.err, "quillora-cli: The offline engine (Apertium) did not answer in time.\n");
 
         const test::CommandResult uncovered = cli({"--engine", "offline", "-s", "en", "-t", "th", kEnglish});
