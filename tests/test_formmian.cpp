@@ -394,6 +394,8 @@ private Q_SLOTS:
         QCOMPARE(rig->notices.at(1).buttons, QMessageBox::Ok | QMessageBox::Cancel);
         QVERIFY(!rig->notices.at(1).owned);
         QCOMPARE(boxes(w), u"copied|||"_s);
+        w.translateCopiedText(u"  "_s); // a blank copy too, at once
+        QCOMPARE(rig->notices.size(), 3);
         rig->connectivity.setOnline(true);
         rig->service.setFormMode(StandinService::FormMode::Refused);
         box(w, "resultBox")->setPlainText(u"old"_s);
@@ -408,7 +410,7 @@ private Q_SLOTS:
         const QString refused = w.statusMessage();
         QVERIFY2(refused == before || refused == said(), qPrintable(refused));
         QCOMPARE(boxes(w), u"hello|||"_s);
-        QCOMPARE(rig->notices.size(), 2);
+        QCOMPARE(rig->notices.size(), 3);
     }
 
     // While a translation runs the window paints and Escape cancels; what the user types and chooses

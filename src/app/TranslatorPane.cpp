@@ -151,7 +151,21 @@ void TranslatorPane::translateCopiedText(const QString& text)
 // Without a connection an installed offline pair may still cover the text; the session says.
 void TranslatorPane::translate()
 {
-    fanYi(m_connectivity->isOnline() ? EngineChoice::Auto : EngineChoice::Offline);
+    const bool online = m_connectivity->isOnline();
+    // Offline, a blank text has no pair to cover it either: the connection's notice, as ever.
+    if (!online && trimBlanks(boxText(m_panes->source())).isEmpty())
+        notConnected();
+    else
+        fanYi(online ? EngineChoice::Auto : EngineChoice::Offline);
+}
+
+// A copied text's notice has no owner and offers Cancel, the Translate button's is the window's.
+void TranslatorPane::notConnected()
+{
+    if (m_runForCopy)
+        m_notice(MsgNotConnected, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
+    else
+        m_notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok, true);
 }
 
 void TranslatorPane::fanYi(EngineChoice choice)
@@ -170,10 +184,7 @@ void TranslatorPane::translationDone(const SessionResult& result)
     const TranslationOutcome& outcome = result.outcome;
     if (result.uncovered) {
         Q_EMIT status({});
-        if (m_runForCopy)
-            m_notice(MsgNotConnected, QMessageBox::Information, QMessageBox::Ok | QMessageBox::Cancel, false);
-        else
-            m_notice(MsgNotConnected, QMessageBox::Warning, QMessageBox::Ok, true);
+        notConnected();
     } else {
         if (outcome.ok()) {
             m_panes->showResults(outcome.result.translation, outcome.result.romanization,

@@ -54,6 +54,7 @@ Q_SIGNALS:
 
 private:
     void translate();
+    void notConnected();
     void fanYi(EngineChoice choice);
     void translationDone(const SessionResult& result);
     void showSlot(const HistorySlot& slot);
