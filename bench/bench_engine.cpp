@@ -1,12 +1,12 @@
 // What the engine adds to one translation over the bare HTTP exchange, against the stand-in service
 // on loopback; and what the connectivity test costs.
+#include "Answer.h"
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "standin/StandinService.h"
 #include "translate/TranslationEngine.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <map>
@@ -22,22 +22,6 @@ StandinService* service = nullptr;
 
 const TranslationRequest kRequest{QStringLiteral("hello world, good morning"), QString(),
                                   QStringLiteral("fr"), QStringLiteral("en")};
-
-// Runs the event loop until a callback-style call has answered.
-template <typename T, typename Start> T answer(Start start)
-{
-    T got{};
-    bool done = false;
-    QEventLoop loop;
-    start([&](const T& value) {
-        got = value;
-        done = true;
-        loop.quit();
-    });
-    if (!done)
-        loop.exec();
-    return got;
-}
 
 ServiceAddresses standinAddresses()
 {

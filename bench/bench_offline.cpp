@@ -1,9 +1,9 @@
 // One offline translation through the engine against the same `apertium` command run by hand from a
 // shell on the same text, for a sentence and for a 10 KB text.
+#include "Answer.h"
 #include "translate/OfflineEngine.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QTemporaryFile>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -35,17 +35,7 @@ QString textOf(int64_t kind)
 
 TranslationOutcome translated(OfflineEngine& engine, const QString& text)
 {
-    TranslationOutcome got;
-    bool done = false;
-    QEventLoop loop;
-    engine.translate(kPair, text, [&](const TranslationOutcome& outcome) {
-        got = outcome;
-        done = true;
-        loop.quit();
-    });
-    if (!done)
-        loop.exec();
-    return got;
+    return answer<TranslationOutcome>([&](auto done) { engine.translate(kPair, text, done); });
 }
 
 void BM_Engine(benchmark::State& state)

@@ -25,4 +25,13 @@ struct Options {
     bool operator==(const Options& other) const;
 };
 
+// For readers that apply the fields in an order and stop at the first empty one:
+// `applied(a, f) && applied(b, g) && ...` gives each present field to its function.
+template <typename T, typename Apply> bool applied(const std::optional<T>& field, Apply apply)
+{
+    if (field)
+        apply(*field);
+    return field.has_value();
+}
+
 } // namespace quillora

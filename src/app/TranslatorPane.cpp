@@ -86,19 +86,6 @@ void TranslatorPane::applyStyle(int style)
     applyVisualStyle(style, this, m_panes->checkBoxes(), m_buttons->buttons());
 }
 
-namespace
-{
-
-// Stops at the first field that did not read; `apply` takes the field's value.
-template <typename T, typename Apply> bool applied(const std::optional<T>& field, Apply apply)
-{
-    if (field)
-        apply(*field);
-    return field.has_value();
-}
-
-} // namespace
-
 bool TranslatorPane::applyOptions(const Options& options)
 {
     return applied(options.sourceRow, [this](int row) { m_pickers->setSourceRow(row); }) &&

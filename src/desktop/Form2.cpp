@@ -104,26 +104,12 @@ QCheckBox* Form2::check(int n) const
 // In stored order, up to the first field that did not read.
 void Form2::load(const Options& options)
 {
-    if (!options.sourceRow)
-        return;
-    setRow(m_combo2, *options.sourceRow);
-    if (!options.targetRow)
-        return;
-    setRow(m_combo3, *options.targetRow);
-    if (!options.showPhonetic)
-        return;
-    m_checks[2]->setChecked(*options.showPhonetic);
-    if (!options.showDictionary)
-        return;
-    m_checks[3]->setChecked(*options.showDictionary);
-    if (!options.interfaceLanguageRow)
-        return;
-    setRow(m_combo1, *options.interfaceLanguageRow);
-    if (!options.monitorClipboard)
-        return;
-    m_checks[0]->setChecked(*options.monitorClipboard);
-    if (options.caching)
-        m_checks[1]->setChecked(*options.caching);
+    const auto check = [this](int box) { return [this, box](bool on) { m_checks[box]->setChecked(on); }; };
+    applied(options.sourceRow, [this](int row) { setRow(m_combo2, row); }) &&
+        applied(options.targetRow, [this](int row) { setRow(m_combo3, row); }) &&
+        applied(options.showPhonetic, check(2)) && applied(options.showDictionary, check(3)) &&
+        applied(options.interfaceLanguageRow, [this](int row) { setRow(m_combo1, row); }) &&
+        applied(options.monitorClipboard, check(0)) && applied(options.caching, check(1));
 }
 
 void Form2::onOk()
