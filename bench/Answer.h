@@ -4,8 +4,7 @@
 
 // Runs the event loop until a callback-style call has answered: no polling, so the wait adds nothing to
 // what is measured.
-template <typename T, typename Start>
-T answer(Start start)
+template <typename T, typename Start> T answer(Start start)
 {
     T got{};
     bool done = false;
