@@ -4,46 +4,30 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QSignalSpy>
 #include <sys/resource.h>
 
 namespace quillora::test
 {
 
 CommandResult runCommand(const QString& program, const QStringList& arguments, const QByteArray& input,
-                         int timeoutMs)
+                         int timeoutMs, const QStringList& environment)
 {
-    CommandResult result;
     QProcess process;
+    process.setEnvironment(QProcess::systemEnvironment() + environment);
     process.start(program, arguments);
-    result.started = process.waitForStarted(timeoutMs);
+    CommandResult result{process.waitForStarted(timeoutMs)};
     process.write(input);
     process.closeWriteChannel();
-    if (!process.waitForFinished(timeoutMs)) {
+    if (!result.started ||
+        !QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, timeoutMs)) {
         process.kill();
         process.waitForFinished();
         return result;
     }
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     result.out = process.readAllStandardOutput();
     result.err = process.readAllStandardError();
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return result;
-}
-
-CommandResult runCli(const QStringList& arguments, const QString& serviceUrl, const QByteArray& input)
-{
-    QProcess process;
-    process.setEnvironment(QProcess::systemEnvironment()
-                           << QStringLiteral("QUILLORA_SERVICE_URL=") + serviceUrl
-                           << QStringLiteral("QUILLORA_API_URL=") + serviceUrl);
-    process.start(qEnvironmentVariable("QUILLORA_BUILD_DIR") + QStringLiteral("/src/quillora-cli"),
-                  arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    QSignalSpy finished(&process, &QProcess::finished);
-    const bool ended = finished.wait(30000) && process.exitStatus() == QProcess::NormalExit;
-    return {ended, ended ? process.exitCode() : -1, process.readAllStandardOutput(),
-            process.readAllStandardError()};
 }
 
 QByteArray iconvEncode(const QString& text, const QString& codec)
@@ -52,14 +36,6 @@ QByteArray iconvEncode(const QString& text, const QString& codec)
         QStringLiteral("iconv"), {QStringLiteral("-f"), QStringLiteral("UTF-8"), QStringLiteral("-t"), codec},
         text.toUtf8());
     return r.ok() ? r.out : QByteArray();
-}
-
-QString iconvDecode(const QByteArray& bytes, const QString& codec)
-{
-    const CommandResult r =
-        runCommand(QStringLiteral("iconv"),
-                   {QStringLiteral("-f"), codec, QStringLiteral("-t"), QStringLiteral("UTF-8")}, bytes);
-    return r.ok() ? QString::fromUtf8(r.out) : QString();
 }
 
 bool writeFile(const QString& path, const QByteArray& bytes)

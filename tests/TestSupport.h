@@ -32,18 +32,24 @@ struct CommandResult {
     bool ok() const { return started && exitCode == 0; }
 };
 
-// Runs an external program to completion, feeding `input` on its standard input.
+// Runs an external program to completion, feeding `input` on its standard input and adding `environment`
+// ("NAME=value" entries) to this process's; the event loop keeps running meanwhile, so an in-process
+// stand-in can answer.
 CommandResult runCommand(const QString& program, const QStringList& arguments, const QByteArray& input = {},
-                         int timeoutMs = 10000);
+                         int timeoutMs = 10000, const QStringList& environment = {});
 
-// Runs the built quillora-cli against the service at `serviceUrl`, feeding `input`; the caller's event loop
-// keeps running meanwhile, so an in-process stand-in can answer.
-CommandResult runCli(const QStringList& arguments, const QString& serviceUrl, const QByteArray& input = {});
+// Runs the built quillora-cli against the service at `serviceUrl`, feeding `input`.
+inline CommandResult runCli(const QStringList& arguments, const QString& serviceUrl,
+                            const QByteArray& input = {})
+{
+    return runCommand(qEnvironmentVariable("QUILLORA_BUILD_DIR") + QStringLiteral("/src/quillora-cli"),
+                      arguments, input, 30000,
+                      {QStringLiteral("QUILLORA_SERVICE_URL=") + serviceUrl,
+                       QStringLiteral("QUILLORA_API_URL=") + serviceUrl});
+}
 
 // `text` converted to `codec` by iconv, the way another program would write it; empty on failure.
 QByteArray iconvEncode(const QString& text, const QString& codec);
-// Bytes in `codec` turned into text by iconv; a null string on failure.
-QString iconvDecode(const QByteArray& bytes, const QString& codec);
 
 // Writes `bytes` to `path` (creating folders); returns whether every byte landed.
 bool writeFile(const QString& path, const QByteArray& bytes);

@@ -21,8 +21,6 @@ private:
         return test::runCli(arguments, base.isEmpty() ? m_service.baseUrl() : base, input);
     }
 
-    QByteArray lastBody() const { return m_service.requests().value(m_service.requests().size() - 1).body; }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -70,8 +68,9 @@ private Q_SLOTS:
                 settings.setOptions(Options::fromText(options));
             QCOMPARE(cli(arguments, input).exitCode, 0);
             const QList<QByteArray> parts = sent.split('|');
-            QCOMPARE(lastBody(), "prev=hp&hl=" + parts[0] + "&ie=UTF-8&js=y&text=" + parts[1] +
-                                     "&file=&sl=" + parts[2] + "&tl=" + parts[3]);
+            QCOMPARE(m_service.requests().constLast().body, "prev=hp&hl=" + parts[0] +
+                                                                "&ie=UTF-8&js=y&text=" + parts[1] +
+                                                                "&file=&sl=" + parts[2] + "&tl=" + parts[3]);
         }
         QVERIFY(QFile::remove(settings.filePath()));
     }

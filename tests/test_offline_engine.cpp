@@ -13,14 +13,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-QString listed(const QList<OfflinePair>& pairs)
-{
-    QStringList out;
-    for (const OfflinePair& pair : pairs)
-        out << pair.source + '-' + pair.target + ' ' + pair.mode;
-    return out.join(", ");
-}
-
 #define NEED_ENGLISH_SPANISH()                                                                               \
     if (!haveEnglishSpanish())                                                                               \
     QSKIP("apertium with apertium-eng-spa is not installed")
@@ -78,10 +70,13 @@ private Q_SLOTS:
             {{"hbs-eng", "eng-hbs_HR", "eng-hbs_SR"},
              "en-hr eng-hbs_HR, en-sr eng-hbs_SR, hr-en hbs-eng, sr-en hbs-eng"},
             {{"nno-nob", "dan-nno", "dan-nob"}, "da-no dan-nob"},
-            {{"ind-zlm", "urd-hin"}, "id-ms ind-zlm, ur-hi urd-hin"},
             {{"eng-spa-tagger", "arg-cat", "eng-eng_US", ""}, ""}};
-        for (const auto& [modes, pairs] : rows)
-            QCOMPARE(listed(offlinePairsFromModes(modes)), pairs);
+        for (const auto& [modes, pairs] : rows) {
+            QStringList listed;
+            for (const OfflinePair& pair : offlinePairsFromModes(modes))
+                listed << pair.source + '-' + pair.target + ' ' + pair.mode;
+            QCOMPARE(listed.join(", "), pairs);
+        }
     }
 
     void everyCatalogueLanguageHasAFingerprint()

@@ -10,22 +10,14 @@
 using namespace quillora;
 using namespace quillora::test;
 
-// The window without a connection, on the real installed pairs.
+// The window without a connection translates through an installed pair and says so; where no pair
+// covers the text it gives the connection's notice (test_formmian).
 class TestOfflineWindow : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void translatesOfflineWhereAPairCovers_data()
-    {
-        QTest::addColumn<int>("targetRow");
-        QTest::addColumn<int>("notices");
-        QTest::newRow("English to Spanish") << 49 << 0;
-        QTest::newRow("English to Thai, the offline notice") << 52 << 1;
-    }
     void translatesOfflineWhereAPairCovers()
     {
-        QFETCH(int, targetRow);
-        QFETCH(int, notices);
         const QString text = "The weather is nice today and I want to go to the beach.";
         OfflineEngine offline;
         const auto listed =
@@ -33,18 +25,16 @@ private Q_SLOTS:
         if (!listed || !offline.pairFor({text, "en", "es", "en"}))
             QSKIP("apertium with apertium-eng-spa is not installed");
 
-        // Detection, the target, both panes, monitoring off, caching on.
-        WindowRig rig({{"Options", QString("0|%1|1|1|15|0|1").arg(targetRow)}});
+        // Detection, target Spanish, both panes, monitoring off, caching on.
+        WindowRig rig({{"Options", "0|49|1|1|15|0|1"}});
         rig.connectivity.setOnline(false);
         FormMianDeps deps = rig.deps();
         deps.offline = &offline;
         FormMian& window = rig.open(deps);
-
         box(window, "sourceBox")->setPlainText(text);
         QVERIFY(translateNow(window));
-        QCOMPARE(rig.notices.size(), notices);
-        QCOMPARE(box(window, "resultBox")->toPlainText().contains("playa"), notices == 0);
-        QCOMPARE(window.statusMessage(), notices ? "" : "Translated offline by Apertium (eng-spa).");
+        QVERIFY(rig.notices.isEmpty() && box(window, "resultBox")->toPlainText().contains("playa"));
+        QCOMPARE(window.statusMessage(), "Translated offline by Apertium (eng-spa).");
     }
 };
 

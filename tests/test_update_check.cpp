@@ -1,9 +1,6 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
-#include "app/FormMian.h"
-#include "app/Settings.h"
 #include "app/StringTable.h"
-#include "net/Connectivity.h"
 #include "net/Form1.h"
 #include "net/Http.h"
 #include "net/PromotionPanel.h"
@@ -31,52 +28,55 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const QString kStalePage = u"<html><body>stale page</body></html>"_s;
-
-// The real main window against a stand-in maker's site, in a private program folder and temporary
-// folder.
-struct Rig : WindowRig {
-    explicit Rig(const QString& language = u"1"_s, bool stalePage = false, const QString& programFolder = {})
-        : WindowRig({{u"Language"_s, language}})
+// The maker's site on a stand-in, and what the parts asked of the program.
+struct Site {
+    ServiceAddresses addresses() const { return {{}, {}, {}, site.url()}; }
+    // The update check of a program in `folder`; every question is answered with `answer`.
+    UpdateCheckDeps checkDeps(const QString& folder, QMessageBox::StandardButton answer = QMessageBox::Ok)
     {
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
-        if (stalePage)
-            writeFile(runtime.filePath(u"quillora/offADen21.htm"_s), kStalePage.toUtf8());
-        if (!service.listen())
-            qFatal("the stand-in site cannot listen");
-        qputenv("QUILLORA_SITE_URL", site.url().toUtf8());
-        FormMianDeps d = deps();
-        if (!programFolder.isEmpty())
-            d.programPath = programFolder + u"/quillora"_s;
-        open(d).findChild<PromotionPanel*>()->Timer3()->stop(); // ticks are driven by hand
+        return {&connectivity,
+                [this, answer](int offset, QMessageBox::Icon, QMessageBox::StandardButtons buttons) {
+                    return notices << offset << int(buttons), answer;
+                },
+                open,
+                [this](const QString& program, const QStringList& args) {
+                    return started << (QStringList{program} + args), true;
+                },
+                [this] { ++exits; },
+                folder + u"/quillora"_s,
+                addresses()};
     }
-    ~Rig() { window.reset(); }
-    QString updater() const { return dir.filePath(u"Update.exe"_s); }
-    QMenu* sites() const { return window->findChild<QMenu*>(u"SITEMENU"_s); }
-    QString siteKeys() const
+    // The promotion band in a widget of its own, its ticks driven by hand.
+    PromotionPanel* promotion()
     {
-        QStringList keys;
-        for (const QAction* item : sites()->actions())
-            keys << item->objectName() + u'=' + item->text();
-        return keys.join(u' ');
-    }
-    // One update check, to its end.
-    void check()
-    {
-        QSignalSpy done(window->findChild<UpdateCheck*>(), &UpdateCheck::finished);
-        window->findChild<UpdateCheck*>()->Timer2_Timer();
-        QVERIFY(done.wait(10000));
-    }
-    void showAndWaitForSites()
-    {
-        QSignalSpy filled(window->findChild<SitesMenu*>(), &SitesMenu::filled);
-        window->show();
-        QVERIFY(filled.wait(5000));
+        picAD.resize(710, 60);
+        auto* panel = new PromotionPanel(&picAD, {&connectivity, open, addresses(), temp.path()});
+        panel->Timer3()->stop();
+        return panel;
     }
 
-    QTemporaryDir runtime;
+    StandinService service;
+    bool listening = service.listen();
     MakerSite site{service};
+    FixedConnectivity connectivity{true};
+    QStringList opened;
+    std::function<bool(const QUrl&)> open = [this](const QUrl& url) {
+        return opened << url.toString(), true;
+    };
+    QList<int> notices; // the text's offset and the buttons, for each
+    QList<QStringList> started;
+    int exits = 0;
+    QTemporaryDir temp;
+    QWidget picAD;
 };
+
+// One update check, to its end.
+void run(UpdateCheck& check)
+{
+    QSignalSpy done(&check, &UpdateCheck::finished);
+    check.Timer2_Timer();
+    QVERIFY(done.wait(10000));
+}
 
 } // namespace
 
@@ -100,27 +100,26 @@ private Q_SLOTS:
         QFETCH(QString, version);
         QFETCH(int, answer);
         QFETCH(bool, asked);
-        Rig rig;
-        rig.answer = QMessageBox::StandardButton(answer);
-        rig.site.setUpdate(version, rig.site.urlOf(u"quillora-2.1.92"_s));
-        QVERIFY(writeFile(rig.updater(), "stale"));
-        QSignalSpy exiting(rig.window.get(), &FormMian::exiting);
+        Site s;
+        UpdateCheck check(s.checkDeps(s.temp.path(), QMessageBox::StandardButton(answer)), nullptr);
+        s.site.setUpdate(version, s.site.urlOf(u"quillora-2.1.92"_s));
+        const QString updater = s.temp.filePath(u"Update.exe"_s);
+        QVERIFY(writeFile(updater, "stale"));
 
-        rig.check();
-        QCOMPARE(rig.site.requests(u"Update.txt"_s), 1);
-        QCOMPARE(rig.notices.size(), asked ? 1 : 0);
-        if (asked)
-            QVERIFY(rig.notices.constFirst().buttons == (QMessageBox::Ok | QMessageBox::Cancel));
+        run(check);
+        QCOMPARE(s.site.requests(u"Update.txt"_s), 1);
+        QCOMPARE(s.notices,
+                 asked ? QList<int>({MsgNewVersion, QMessageBox::Ok | QMessageBox::Cancel}) : QList<int>());
         // A stale updater is removed; OK writes the built one, executable, and hands over.
         const bool handedOver = asked && answer == QMessageBox::Ok;
-        QCOMPARE(rig.opened, asked && !handedOver ? QStringList{rig.site.url() + u'/'} : QStringList());
-        QCOMPARE(readFile(rig.updater()), handedOver ? readFile(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
-                                                                u"/src/quillora-updater"_s)
-                                                     : QByteArray());
-        QCOMPARE(QFileInfo(rig.updater()).isExecutable(), handedOver);
-        QCOMPARE(rig.started,
-                 handedOver ? QList<QStringList>({{rig.updater(), u"quillora"_s}}) : QList<QStringList>());
-        QCOMPARE(exiting.size(), handedOver ? 1 : 0);
+        QCOMPARE(s.opened, asked && !handedOver ? QStringList{s.site.url() + u'/'} : QStringList());
+        QCOMPARE(readFile(updater), handedOver ? readFile(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
+                                                          u"/src/quillora-updater"_s)
+                                               : QByteArray());
+        QCOMPARE(QFileInfo(updater).isExecutable(), handedOver);
+        QCOMPARE(s.started,
+                 handedOver ? QList<QStringList>({{updater, u"quillora"_s}}) : QList<QStringList>());
+        QCOMPARE(s.exits, handedOver ? 1 : 0);
     }
 
     // A packaged install, where the user cannot write the program's folder: OK opens the download page
@@ -149,31 +148,27 @@ private Q_SLOTS:
                      run.out.constData());
             return;
         }
-        Rig rig(u"1"_s, false, folder.isEmpty() ? programFolder.path() : folder);
-        QSignalSpy exiting(rig.window.get(), &FormMian::exiting);
-        const QString download = rig.site.urlOf(u"quillora-2.1.92"_s);
+        Site s;
+        UpdateCheck check(s.checkDeps(folder.isEmpty() ? programFolder.path() : folder), nullptr);
+        const QString download = s.site.urlOf(u"quillora-2.1.92"_s);
         for (const QString& address : {download, u"file:///etc/passwd"_s}) {
-            rig.site.setUpdate(u"2.1.92"_s, address);
-            rig.check();
+            s.site.setUpdate(u"2.1.92"_s, address);
+            run(check);
         }
-        QCOMPARE(rig.opened, QStringList({download, rig.site.url() + u'/'}));
-        QVERIFY(rig.notices.size() == 2 && rig.started.isEmpty() && exiting.isEmpty());
+        QCOMPARE(s.opened, QStringList({download, s.site.url() + u'/'}));
+        QVERIFY(s.notices.size() == 4 && s.started.isEmpty() && s.exits == 0);
     }
 
+    // Once, five seconds after it is made; offline it only says so.
     void offlineSaysSoOnce()
     {
-        Rig rig;
-        rig.connectivity.setOnline(false);
-        rig.site.setUpdate(u"2.1.92"_s);
-        QTimer* timer = rig.window->findChild<UpdateCheck*>()->Timer2();
-        QVERIFY(timer->isActive());
-        timer->setInterval(10);
-        QTRY_COMPARE(rig.notices.size(), 1);
-        QTest::qWait(100);
-        QCOMPARE(rig.notices.size(), 1);
-        QCOMPARE(rig.notices.constFirst().text, u"Is not connected to the Internet."_s);
-        QCOMPARE(rig.site.requests(u"Update.txt"_s), 0);
-        QVERIFY(!timer->isActive());
+        Site s;
+        s.connectivity.setOnline(false);
+        UpdateCheck check(s.checkDeps(s.temp.path()), nullptr);
+        QVERIFY(check.Timer2()->isActive());
+        check.Timer2()->setInterval(10);
+        QTRY_COMPARE(s.notices, QList<int>({MsgNotConnected, QMessageBox::Ok}));
+        QVERIFY(!check.Timer2()->isActive() && s.service.requests().isEmpty());
     }
 
     void updateMessageWindow()
@@ -194,16 +189,24 @@ private Q_SLOTS:
         }
     }
 
-    // Nothing is asked before the window has shown; then the list, its alternate when the list is
-    // missing, and with neither the records stay. Later language changes fetch even while hidden.
-    void sitesMenu()
+    // Through the real window: its sites list is asked for once it has shown; then the list, its
+    // alternate when the list is missing, and with neither the records stay. Later language changes
+    // fetch even while hidden. Its update check asks in its words and ends the program.
+    void theWindowsSitesMenuAndUpdate()
     {
-        Rig rig;
+        WindowRig rig;
+        MakerSite site(rig.service);
+        QVERIFY(rig.service.listen());
+        qputenv("QUILLORA_SITE_URL", site.url().toUtf8());
+        FormMian& window = rig.open(rig.deps());
+        window.findChild<PromotionPanel*>()->Timer3()->stop(); // it would fetch its lists too
         QList<SiteRecord> twelve;
         for (int i = 0; i < 12; ++i)
             twelve.append({u"S%1"_s.arg(i), u"http://s%1"_s.arg(i)});
-        rig.site.setList(u"CDlist21.txt"_s, twelve);
-        rig.site.setList(u"ZTlist26.txt"_s, {{u"Le Monde"_s, u"http://lemonde"_s}});
+        site.setList(u"CDlist21.txt"_s, twelve);
+        site.setList(u"ZTlist26.txt"_s, {{u"Le Monde"_s, u"http://lemonde"_s}});
+        QMenu* sites = window.findChild<QMenu*>(u"SITEMENU"_s);
+        // The lists asked for since the last look.
         const auto asked = [&rig] {
             QStringList names;
             for (const auto& request : rig.service.requests())
@@ -212,45 +215,54 @@ private Q_SLOTS:
             rig.service.clearRequests();
             return names.join(u' ');
         };
-        QCOMPARE(rig.sites()->actions().size(), 1);
+        QSignalSpy filled(window.findChild<SitesMenu*>(), &SitesMenu::filled);
+        QCOMPARE(sites->actions().size(), 1);
         QCOMPARE(asked(), QString());
-        rig.showAndWaitForSites();
+        window.show();
+        QVERIFY(filled.wait(5000));
         QCOMPARE(asked(), u"CDlist21.txt"_s);
-        QList<QAction*> items = rig.sites()->actions();
+        QList<QAction*> items = sites->actions();
         QCOMPARE(items.size(), 13);
         items.at(10)->trigger(); // the record that also got the key "menuSite10"
         items.at(11)->trigger();
-        QCOMPARE(rig.opened, QStringList({rig.site.url() + u"/sites.html"_s, u"http://s11"_s}));
+        QCOMPARE(rig.opened, QStringList({site.url() + u"/sites.html"_s, u"http://s11"_s}));
 
-        rig.window->hide();
+        window.hide();
         // French shares the Slovak lists; Chinese has none.
-        for (const auto& [command, lists, keys] :
+        for (const auto& [command, lists, shown] :
              {std::tuple(u"menuS214"_s, u"CDlist26.txt ZTlist26.txt"_s,
                          u"menuSite0=Le Monde menuSite10=Sites Web célèbres dans le monde"_s),
               std::tuple(u"menuS202"_s, u"CDlist22.txt ZTlist22.txt"_s,
                          u"menuSite0=Le Monde menuSite10="_s + StringTable::text(2, 127))}) {
-            QSignalSpy filled(rig.window->findChild<SitesMenu*>(), &SitesMenu::filled);
-            rig.window->dispatch(command);
+            window.dispatch(command);
             QVERIFY(filled.wait(5000));
             QCOMPARE(asked(), lists);
-            QCOMPARE(rig.siteKeys(), keys);
+            QStringList keys;
+            for (const QAction* item : sites->actions())
+                keys << item->objectName() + u'=' + item->text();
+            QCOMPARE(keys.join(u' '), shown);
         }
+        QSignalSpy exiting(&window, &FormMian::exiting);
+        site.setUpdate(u"2.1.92"_s);
+        run(*window.findChild<UpdateCheck*>());
+        QCOMPARE(rig.notices.constFirst().text, StringTable::text(2, MsgNewVersion)); // Chinese by now
+        QVERIFY(rig.started.size() == 1 && exiting.size() == 1);
     }
 
     void promotionRotation()
     {
-        Rig rig;
-        const QString one = rig.site.addPromotionPage(u"one.html"_s, u"First"_s);
-        const QString two = rig.site.addPromotionPage(u"two.html"_s, u"Second"_s);
-        rig.site.setPageList({one, two, QString()}); // a trailing separator
-        rig.site.setList(u"TXlist21.txt"_s, {{u"Offer A"_s, u"http://a"_s}, {u"Offer B"_s, u"http://b"_s}});
-        PromotionPanel* panel = rig.window->findChild<PromotionPanel*>();
+        Site p;
+        PromotionPanel* panel = p.promotion();
+        const QString one = p.site.addPromotionPage(u"one.html"_s, u"First"_s);
+        const QString two = p.site.addPromotionPage(u"two.html"_s, u"Second"_s);
+        p.site.setPageList({one, two, QString()}); // a trailing separator
+        p.site.setList(u"TXlist21.txt"_s, {{u"Offer A"_s, u"http://a"_s}, {u"Offer B"_s, u"http://b"_s}});
         PromotionView* view = panel->WebBrowser3();
-        rig.window->show(); // images are asked for when the page is laid out
+        p.picAD.show(); // images are asked for when the page is laid out
         const auto state = [&] {
-            return QStringList{QString::number(rig.site.requests(u"promo/one.html"_s)),
-                               QString::number(rig.site.requests(u"promo/two.html"_s)),
-                               view->page().fileName(), panel->jcbutton2()->text()}
+            return QStringList{QString::number(p.site.requests(u"promo/one.html"_s)),
+                               QString::number(p.site.requests(u"promo/two.html"_s)), view->page().fileName(),
+                               panel->jcbutton2()->text()}
                 .join(u' ');
         };
         auto* lists = panel->findChild<HttpClient*>();
@@ -264,15 +276,14 @@ private Q_SLOTS:
         tick(15);
         QCOMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
         // The first tick fetched both lists.
-        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s) + rig.site.requests(u"list/TXlist21.txt"_s), 2);
+        QCOMPARE(p.site.requests(u"list/ADlist21.txt"_s) + p.site.requests(u"list/TXlist21.txt"_s), 2);
         tick(1);
         QTRY_COMPARE(state(), u"1 0 one.html Offer A"_s);
-        QTRY_VERIFY(rig.site.requests(u"promo/banner.png"_s) == 1 &&
-                    view->toPlainText().contains(u"First"_s));
+        QTRY_VERIFY(p.site.requests(u"promo/banner.png"_s) == 1 && view->toPlainText().contains(u"First"_s));
         panel->jcbutton2()->click();
         Q_EMIT view->anchorClicked(QUrl(u"offer.html"_s));
-        QCOMPARE(rig.opened, QStringList({u"http://a"_s, rig.site.urlOf(u"promo/offer.html"_s)}));
-        QVERIFY(view->geometry().bottom() < rig.window->findChild<QWidget*>(u"PicAD"_s)->height());
+        QCOMPARE(p.opened, QStringList({u"http://a"_s, p.site.urlOf(u"promo/offer.html"_s)}));
+        QVERIFY(view->geometry().bottom() < p.picAD.height());
 
         // The reset comes before the count, so later turns are 15 ticks apart; the empty address takes
         // its turn without a page.
@@ -283,33 +294,34 @@ private Q_SLOTS:
             QTRY_COMPARE(state(), shown);
         }
         tick(180 - 61);
-        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 1);
+        QCOMPARE(p.site.requests(u"list/ADlist21.txt"_s), 1);
         tick(1);
-        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 2);
+        QCOMPARE(p.site.requests(u"list/ADlist21.txt"_s), 2);
     }
 
     void offlineFilesAreNeverOverwritten()
     {
-        Rig rig(u"1"_s, true);
-        const QString folder = rig.runtime.filePath(u"quillora"_s);
-        PromotionPanel* panel = rig.window->findChild<PromotionPanel*>();
-        rig.window->show();
+        const QByteArray stale = "<html><body>stale page</body></html>";
+        Site p;
+        QVERIFY(writeFile(p.temp.filePath(u"offADen21.htm"_s), stale));
+        PromotionPanel* panel = p.promotion();
+        p.picAD.show();
         QTRY_VERIFY(panel->WebBrowser3()->toPlainText().contains(u"stale page"_s));
         QFile data(u":/promotion/offADen21.xml"_s);
         QVERIFY(data.open(QIODevice::ReadOnly));
-        QCOMPARE(readFile(folder + u"/offADen21.xml"_s), data.readAll());
+        QCOMPARE(readFile(p.temp.filePath(u"offADen21.xml"_s)), data.readAll());
 
-        rig.connectivity.setOnline(false);
-        QVERIFY(QFile::remove(folder + u"/offADen21.xml"_s));
+        p.connectivity.setOnline(false);
+        QVERIFY(QFile::remove(p.temp.filePath(u"offADen21.xml"_s)));
         for (int i = 0; i < 20; ++i)
             panel->Timer3_Timer();
-        QVERIFY(QFile::exists(folder + u"/offADen21.xml"_s));
-        QCOMPARE(readFile(folder + u"/offADen21.htm"_s), kStalePage.toUtf8());
-        QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 0);
+        QVERIFY(QFile::exists(p.temp.filePath(u"offADen21.xml"_s)));
+        QCOMPARE(readFile(p.temp.filePath(u"offADen21.htm"_s)), stale);
+        QCOMPARE(p.site.requests(u"list/ADlist21.txt"_s), 0);
         // Offline ticks do not count: the first connected one still fetches the lists.
-        rig.connectivity.setOnline(true);
+        p.connectivity.setOnline(true);
         panel->Timer3_Timer();
-        QTRY_COMPARE(rig.site.requests(u"list/ADlist21.txt"_s), 1);
+        QTRY_COMPARE(p.site.requests(u"list/ADlist21.txt"_s), 1);
     }
 };
 

@@ -58,21 +58,20 @@ private Q_SLOTS:
                    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         };
         const QByteArray old = readFile(m_build + u"/src/quillora"_s);
-        QVERIFY(!old.isEmpty() && install(program, old) &&
-                install(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
         // The "browser" and the "new version" write down how they were started.
         const QByteArray recorder =
             "#!/bin/sh\necho \"$0 $*\" >> " + QFile::encodeName(dir.filePath(u"started"_s)) + "\n";
-        QVERIFY(install(dir.filePath(u"bin/xdg-open"_s), recorder));
+        QVERIFY(!old.isEmpty() && install(program, old) &&
+                install(dir.filePath(u"bin/xdg-open"_s), recorder) &&
+                install(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
 
         StandinService service;
         QVERIFY(service.listen());
         MakerSite site(service);
         const QString download = site.setDownload(u"quillora-2.1.92"_s, recorder);
-        const QByteArray hex =
-            digest.isEmpty() ? QByteArray()
-                             : MakerSite::sha256Hex(digest == u"right" ? recorder : QByteArray("other"));
-        site.setUpdate(u"2.1.92"_s, download, hex);
+        site.setUpdate(u"2.1.92"_s, download,
+                       digest.isEmpty() ? QByteArray()
+                                        : MakerSite::sha256Hex(digest == u"right" ? recorder : "other"));
 
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(u"QUILLORA_SITE_URL"_s, site.url());

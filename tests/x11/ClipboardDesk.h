@@ -107,17 +107,12 @@ public:
     // program can answer.
     QString read(bool listTypes = false) const
     {
-        QProcess process;
-        if (m_wayland)
-            process.start("wl-paste", {listTypes ? "--list-types" : "--no-newline"});
-        else
-            process.start("xclip", QStringList{"-o", "-selection", "clipboard"} +
-                                       (listTypes ? QStringList{"-t", "TARGETS"} : QStringList()));
-        if (QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 5000))
-            return QString::fromUtf8(process.readAllStandardOutput());
-        process.kill();
-        process.waitForFinished();
-        return {};
+        const QStringList xclip{"-o", "-selection", "clipboard"};
+        return QString::fromUtf8(
+            (m_wayland
+                 ? runCommand("wl-paste", {listTypes ? "--list-types" : "--no-newline"}, {}, 5000)
+                 : runCommand("xclip", listTypes ? xclip + QStringList{"-t", "TARGETS"} : xclip, {}, 5000))
+                .out);
     }
 
 private:
@@ -241,7 +236,7 @@ public:
         raiseOwnPriority();
         m_ticks = {0, 0, 0};
         m_clock.start();
-        m_timer.start(kIntervalMs);
+        m_timer.start(10);
         return true;
     }
     // A stall up to this very call counts too.
@@ -255,11 +250,9 @@ public:
 private:
     void tick()
     {
-        const double lateMs = double(m_clock.restart()) - kIntervalMs;
-        m_ticks.maxRoundTripMs = std::max(m_ticks.maxRoundTripMs, lateMs);
+        m_ticks.maxRoundTripMs = std::max(m_ticks.maxRoundTripMs, double(m_clock.restart() - 10));
         ++m_ticks.sent, ++m_ticks.answered;
     }
-    static constexpr int kIntervalMs = 10;
     QTimer m_timer;
     QElapsedTimer m_clock;
     PingProbe::Result m_ticks;
