@@ -219,7 +219,7 @@ private Q_SLOTS:
         QVERIFY(program.state() == QProcess::Running);
         // The box takes the press and is gone before the release, which xdotool then reports.
         runCommand("xdotool", {"key", "--window", box, "Return"});
-        QVERIFY(program.waitForFinished(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(program.state() == QProcess::NotRunning, 10000);
         const QString err = QString::fromUtf8(program.readAllStandardError());
         QFile::setPermissions(folder, open);
         QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 1, qPrintable(err));
