@@ -56,7 +56,7 @@ private Q_SLOTS:
         qputenv("QUILLORA_CLIPBOARD", "focus");
         ClipboardDesk desk({});
         qunsetenv("QUILLORA_CLIPBOARD");
-        QCOMPARE(desk.window->statusMessage(), uiText(desk.window->interfaceLanguage(), MsgClipboardFocus));
+        QCOMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgClipboardFocus));
         m_wlCopy.copy("hello");
         QTRY_COMPARE(m_wlCopy.read(), "hello");
         QTest::qWait(800);
@@ -109,7 +109,7 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression("^Global key F11 unavailable: .*CreateSession"));
         ClipboardDesk desk({false, /*hotKey*/ true});
-        QTRY_COMPARE(desk.window->statusMessage(), uiText(desk.window->interfaceLanguage(), MsgHotKeyOff));
+        QTRY_COMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyOff));
     }
 };
 

@@ -80,7 +80,7 @@ private Q_SLOTS:
     {
         {
             ClipboardDesk desk({false, /*hotKey*/ true});
-            FormMian& window = *desk.window;
+            FormMian& window = desk.window();
             QVERIFY(test::shownOnScreen(window));
             QVERIFY(window.statusMessage().isEmpty());
             for (const QString lock : {"", "Num_Lock", "Caps_Lock"}) {
@@ -100,7 +100,7 @@ private Q_SLOTS:
     void toggleHammeredEndsWhereItShould()
     {
         ClipboardDesk desk({});
-        FormMian& window = *desk.window;
+        FormMian& window = desk.window();
         window.setTrayPresent(true);
         QVERIFY(test::shownOnScreen(window));
         const auto shown = [&window] { return window.isVisible() && !window.isMinimized(); };
@@ -121,9 +121,9 @@ private Q_SLOTS:
     void pingProbeSeesAStall()
     {
         ClipboardDesk desk({});
-        QVERIFY(test::shownOnScreen(*desk.window));
+        QVERIFY(test::shownOnScreen(desk.window()));
         test::PingProbe probe;
-        QVERIFY(probe.start(desk.window->winId()));
+        QVERIFY(probe.start(desk.window().winId()));
         QTest::qWait(300);
         QTimer::singleShot(0, [] { QThread::msleep(400); });
         QTest::qWait(500);
@@ -141,10 +141,10 @@ private Q_SLOTS:
         QTRY_COMPARE(m_xclip.read(), "hello");
         ClipboardDesk desk({false, /*hotKey*/ true});
         // Said as taken rather than merely off; the variants it did get are given back at once.
-        QCOMPARE(desk.window->statusMessage(), uiText(desk.window->interfaceLanguage(), MsgHotKeyTaken));
+        QCOMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyTaken));
         for (const uint16_t modifiers : kLockVariants)
             QCOMPARE(grabF11(other.get(), modifiers), 0);
-        QTRY_COMPARE(box(*desk.window, "resultBox")->toPlainText(), french("hello"));
+        QTRY_COMPARE(box(desk.window(), "resultBox")->toPlainText(), french("hello"));
         QTest::qWait(500);
         QCOMPARE(desk.translationRequests(), 1);
     }
@@ -152,7 +152,7 @@ private Q_SLOTS:
     void autoRunMenuItem()
     {
         ClipboardDesk desk({});
-        QAction* item = named<QAction>(*desk.window, "menuS0");
+        QAction* item = named<QAction>(desk.window(), "menuS0");
         QVERIFY(item && !item->isChecked());
         item->trigger();
         QVERIFY(item->isChecked() && isAutoRunRegistered(desk.programPath()));

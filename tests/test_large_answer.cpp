@@ -19,9 +19,9 @@ private Q_SLOTS:
         // Sentence spans up to the cap.
         const QByteArray span =
             "<span onmouseout=\"this.style.backgroundColor='#fff'\">Il fait beau aujourd'hui. </span>";
-        desk.service.setFormPage("<div>" + span.repeated(HttpClient::kDefaultMaxBytes / span.size() - 1) +
-                                 "</div>");
-        FormMian& window = *desk.window;
+        desk.service().setFormPage("<div>" + span.repeated(HttpClient::kDefaultMaxBytes / span.size() - 1) +
+                                   "</div>");
+        FormMian& window = desk.window();
         QVERIFY(test::shownOnScreen(window));
         QSignalSpy finished(&window, &FormMian::translationFinished);
         test::PingProbe probe;

@@ -67,7 +67,7 @@ private Q_SLOTS:
     void f11IsBoundAndToggles()
     {
         auto desk = std::make_unique<test::ClipboardDesk>(test::ClipboardDesk::Setup{false, /*hotKey*/ true});
-        FormMian& window = *desk->window;
+        FormMian& window = desk->window();
         QVERIFY(test::shownOnScreen(window));
         QTRY_COMPARE(recorded("bound").size(), 1);
         // Both where a 1.16 front-end's back-end reads it and where later ones do.
@@ -98,8 +98,8 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression("^Global key F11 unavailable: .*bound no shortcut"));
         QTest::failOnWarning(QRegularExpression("Global key F11"));
-        const test::ClipboardDesk desk({false, /*hotKey*/ true});
-        QTRY_COMPARE(desk.window->statusMessage(), uiText(desk.window->interfaceLanguage(), MsgHotKeyOff));
+        test::ClipboardDesk desk({false, /*hotKey*/ true});
+        QTRY_COMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyOff));
         backend("SetAnswer", {"bind"});
     }
 };

@@ -23,7 +23,9 @@ namespace quillora::test
 
 // A real main window watching the clipboard with target French, translating through an in-process
 // stand-in service.
-struct ClipboardDesk : WindowRig {
+class ClipboardDesk
+{
+public:
     struct Setup {
         bool autoCopy = false;
         bool hotKey = false;
@@ -31,19 +33,27 @@ struct ClipboardDesk : WindowRig {
     };
     // Detection, target French, both panes, monitoring on, caching on.
     explicit ClipboardDesk(const Setup& setup)
-        : WindowRig({{"Options", "0|19|1|1|15|1|1"}, {"AutoCopy", setup.autoCopy ? "True" : "False"}})
+        : m_rig({{"Options", "0|19|1|1|15|1|1"}, {"AutoCopy", setup.autoCopy ? "True" : "False"}})
     {
-        FormMianDeps d = deps(true);
-        service.setDelayMs(setup.serviceDelayMs);
-        d.registerHotKey = setup.hotKey;
-        open(d);
+        FormMianDeps deps = m_rig.deps(true);
+        m_rig.service.setDelayMs(setup.serviceDelayMs);
+        deps.registerHotKey = setup.hotKey;
+        m_rig.open(deps);
     }
-    int translationRequests() const { return service.count("POST", "/"); }
+
+    FormMian& window() { return *m_rig.window; }
+    StandinService& service() { return m_rig.service; }
+    QString programPath() const { return m_rig.programPath(); }
+    int translationRequests() const { return m_rig.service.count("POST", "/"); }
     QString lastRequestText() const
     {
-        const QByteArray body = service.requests().isEmpty() ? QByteArray() : service.requests().last().body;
+        const auto& requests = m_rig.service.requests();
+        const QByteArray body = requests.isEmpty() ? QByteArray() : requests.last().body;
         return QUrlQuery(QString::fromUtf8(body)).queryItemValue("text", QUrl::FullyDecoded);
     }
+
+private:
+    WindowRig m_rig;
 };
 
 // xclip, or wl-copy and wl-paste, standing in for other programs; each copy serves the clipboard until
@@ -140,9 +150,9 @@ inline void pictureSendsNothingThenTextOnce(OtherPrograms& other)
     QTest::qWait(800);
     QCOMPARE(desk.translationRequests(), 0);
     other.copy("hello world");
-    QTRY_COMPARE(box(*desk.window, "resultBox")->toPlainText(), french("hello world"));
-    QCOMPARE(box(*desk.window, "sourceBox")->toPlainText(), "hello world");
-    QVERIFY(!box(*desk.window, "phoneticBox")->toPlainText().isEmpty());
+    QTRY_COMPARE(box(desk.window(), "resultBox")->toPlainText(), french("hello world"));
+    QCOMPARE(box(desk.window(), "sourceBox")->toPlainText(), "hello world");
+    QVERIFY(!box(desk.window(), "phoneticBox")->toPlainText().isEmpty());
     QTest::qWait(800);
     QCOMPARE(desk.translationRequests(), 1);
 }
@@ -160,7 +170,7 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
         if (started == 10)
             series.stop();
     });
-    QObject::connect(&desk.service, &StandinService::requestReceived, &series, [&] {
+    QObject::connect(&desk.service(), &StandinService::requestReceived, &series, [&] {
         if (desk.translationRequests() == 1)
             series.start(60);
         else if (startedBeforeSecondRequest < 0)
@@ -170,7 +180,7 @@ inline void copiesDuringASlowTranslation(OtherPrograms& other)
     QTRY_COMPARE_WITH_TIMEOUT(desk.translationRequests(), 2, 15000);
     QCOMPARE(startedBeforeSecondRequest, 10);
     QCOMPARE(desk.lastRequestText(), "copy 9");
-    QTRY_COMPARE_WITH_TIMEOUT(box(*desk.window, "resultBox")->toPlainText(), french("copy 9"), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(box(desk.window(), "resultBox")->toPlainText(), french("copy 9"), 10000);
     QTest::qWait(2000);
     QCOMPARE(desk.translationRequests(), 2);
 }
@@ -191,11 +201,11 @@ inline void offersFollowOneRule(OtherPrograms& other)
         QSKIP("the owner programs need /usr/bin/python3 with python3-xlib");
     for (const auto& row : rows) {
         ClipboardDesk desk({/*autoCopy*/ true});
-        QPlainTextEdit* source = box(*desk.window, "sourceBox");
+        QPlainTextEdit* source = box(desk.window(), "sourceBox");
         source->setPlainText("typed");
         source->moveCursor(QTextCursor::End);
         QVERIFY2(!row.kind || other.own(row.kind), row.kind);
-        desk.window->jcbuttonClick(4);
+        desk.window().jcbuttonClick(4);
         QTest::keySequence(source, QKeySequence::Paste);
         QTest::mouseClick(source->viewport(), Qt::MiddleButton);
         const bool text = row.kind && !row.keptType;
@@ -264,7 +274,7 @@ template <typename Probe> inline void hostileOwnersLeaveTheWindowAnswering(Other
         QSKIP("the owner programs need /usr/bin/python3 with python3-xlib");
     for (const char* kind : {"stall", "flood"}) {
         ClipboardDesk desk({});
-        FormMian& window = *desk.window;
+        FormMian& window = desk.window();
         QVERIFY(shownOnScreen(window));
         box(window, "sourceBox")->setPlainText("typed");
         QVERIFY(probe.start(window.winId()));
