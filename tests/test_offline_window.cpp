@@ -11,7 +11,7 @@ using namespace quillora;
 using namespace quillora::test;
 
 // The window without a connection translates through an installed pair and says so; where no pair
-// covers the text it gives the connection's notice (test_formmian).
+// covers the text it gives the connection's notice.
 class TestOfflineWindow : public QObject
 {
     Q_OBJECT
@@ -35,6 +35,10 @@ private Q_SLOTS:
         QVERIFY(translateNow(window));
         QVERIFY(rig.notices.isEmpty() && box(window, "resultBox")->toPlainText().contains("playa"));
         QCOMPARE(window.statusMessage(), "Translated offline by Apertium (eng-spa).");
+        // To Thai no pair covers it: the notice, and the status line says nothing more.
+        named<QComboBox>(window, "Combo1")->setCurrentIndex(52);
+        QVERIFY(translateNow(window));
+        QVERIFY(rig.notices.size() == 1 && window.statusMessage().isEmpty());
     }
 };
 

@@ -72,6 +72,7 @@ private Q_SLOTS:
         row("two and three spaces", "ni  hao   x", "ni  hao   x", "ni\r\nhao\r\n x");
         row("escaped br", "a&lt;br&gt;b", "a\r\nb", "a<br>b");
         row("triple escape", "&amp;amp;#39;", "'", "&#39;");
+        row("quote, apostrophes, gt", "&quot;&#39;&amp;#39;&gt;&amp;gt;", "\"''>>", "\"''>>");
         row("amp last, case-sensitive", "&amp;lt &LT;", "&lt &LT;", "&lt &LT;");
     }
 
