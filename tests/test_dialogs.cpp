@@ -70,7 +70,7 @@ private Q_SLOTS:
     void textBoxesGiveBackWhatTheyWereGiven()
     {
         QWidget parent;
-        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100), u"box"_s);
+        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100));
         const QString exact = u"a\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s;
         setBoxText(box, exact);
         QCOMPARE(boxText(box), exact);
