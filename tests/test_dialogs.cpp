@@ -109,7 +109,7 @@ private Q_SLOTS:
             dialog->setColour(QColor(0, 0, 255));
             dialog->findChild<QDialogButtonBox*>(u"fontButtons"_s)->button(QDialogButtonBox::Ok)->click();
         });
-        const FontSetting chosen = ChooseFontFor(parseFont(kDefaultFont).font, nullptr);
+        const FontSetting chosen = ChooseFontFor(parseFont(kDefaultFont).font, 1, nullptr);
         QCOMPARE(formatFont(chosen), u"Tahoma|700|False|30|222|False|False|16711680"_s);
 
         QTimer::singleShot(0, [] {
@@ -118,10 +118,10 @@ private Q_SLOTS:
             dialog->findChild<QSpinBox*>(u"fontSize"_s)->setValue(40);
             dialog->findChild<QDialogButtonBox*>(u"fontButtons"_s)->button(QDialogButtonBox::Cancel)->click();
         });
-        QCOMPARE(ChooseFontFor(chosen, nullptr), chosen);
+        QCOMPARE(ChooseFontFor(chosen, 1, nullptr), chosen);
         // Untouched, a charset the list does not know is kept too.
         FontSetting odd = parseFont(u"Tahoma|300|True|9|77|False|True|32768"_s).font;
-        QCOMPARE(FontChooser(odd).setting(), odd);
+        QCOMPARE(FontChooser(odd, 1).setting(), odd);
     }
 
     // The texts come from the interface language's table; the picture opens the home page.
@@ -167,7 +167,8 @@ private Q_SLOTS:
         Form2 options(rig.settings.get(), language);
         FormAbout about(language);
         Form1 update(language, {}, QUrl(), {});
-        for (QWidget* window : QWidgetList{&rig.open(rig.deps()), &options, &about, &update}) {
+        FontChooser font(parseFont(kDefaultFont).font, language);
+        for (QWidget* window : QWidgetList{&rig.open(rig.deps()), &options, &about, &update, &font}) {
             for (QWidget* w : window->findChildren<QWidget*>()) {
                 if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != window)
                     continue;

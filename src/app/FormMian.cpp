@@ -282,7 +282,7 @@ void FormMian::run(const CommandChoice& choice)
             applyOptions();
         break;
     case Command::Font:
-        m_font = m_dialogs.chooseFont(m_font);
+        m_font = m_dialogs.chooseFont(m_font, m_language.toInt());
         break;
     case Command::Language:
         setLanguage(choice.argument);

@@ -53,7 +53,10 @@ enum TextOffset {
     NameSpeakSource = 221, NameSpeakTranslation = 222,
     NameSourceBox = 223, NameResultBox = 224, NamePhoneticBox = 225, NameDictionaryBox = 226,
     NamePromotionPage = 227, NamePromotionButton = 228, // 228: %1 the offer's caption
-    NameUpdateDetails = 229
+    NameUpdateDetails = 229,
+    // The font chooser: its title, row labels, effects and the cancelling button.
+    FontTitle = 230, FontFace = 231, FontSize = 232, FontScript = 233, FontColour = 234,
+    FontBold = 235, FontItalic = 236, FontUnderline = 237, FontStrikeOut = 238, ButtonCancel = 239
 };
 // clang-format on
 
