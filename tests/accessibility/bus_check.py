@@ -117,6 +117,8 @@ def session(language, standin_port):
             if place(now) == place(visited[0]):
                 break
             visited.append(now)
+        else:
+            raise AssertionError(f"Tab does not come back to the source box: {[spoken(c) for c in visited]}")
         at = [place(c) for c in visited]
         upward = [i for i in range(len(at)) if not goes_on(at[i], at[(i + 1) % len(at)])]
         assert len(upward) == 1, f"Tab goes back up after {[spoken(visited[i]) for i in upward]}"
