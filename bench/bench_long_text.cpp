@@ -24,7 +24,7 @@ void showLongText(benchmark::State& state)
     text.truncate(state.range(1));
     QWidget window;
     window.resize(740, 200);
-    QPlainTextEdit* box = quillora::createTextBox(&window, QRect(0, 0, 710, 135), QStringLiteral("box"));
+    QPlainTextEdit* box = quillora::createTextBox(&window, QRect(0, 0, 710, 135));
     window.show();
     QApplication::processEvents();
     for (auto _ : state) {
@@ -51,7 +51,7 @@ void exactRoundTrip(benchmark::State& state)
     for (int i = 0; text.size() < state.range(0); ++i)
         text += QStringLiteral("some words ") + breaks[i % 5];
     QWidget window;
-    QPlainTextEdit* box = quillora::createTextBox(&window, QRect(0, 0, 710, 135), QStringLiteral("box"));
+    QPlainTextEdit* box = quillora::createTextBox(&window, QRect(0, 0, 710, 135));
     for (auto _ : state) {
         quillora::setBoxText(box, text);
         if (quillora::boxText(box) != text)

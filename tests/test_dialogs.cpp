@@ -1,11 +1,15 @@
 #include "TestSupport.h"
+#include "WindowRig.h"
 #include "app/Settings.h"
+#include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/Form2.h"
 #include "desktop/ModFont.h"
+#include "net/Form1.h"
 #include "net/FormAbout.h"
 #include "translate/ServiceAddresses.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -42,8 +46,8 @@ public Q_SLOTS:
     void openUrl(const QUrl& url) { m_opened.append(url); }
 
 private Q_SLOTS:
-    // Shown: Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2. The captions and names follow the
-    // interface language.
+    // Shown, and reached by Tab, in this order: Combo2, Combo3, Check3, Check4, Combo1, Check1, Check2,
+    // then OK and Close. The captions and names follow the interface language.
     void form2Loads()
     {
         const QList<std::pair<QByteArray, QList<int>>> rows{
@@ -64,13 +68,18 @@ private Q_SLOTS:
         Settings settings(m_dir.filePath(u"captions.conf"_s));
         Form2 thai(&settings, 4);
         QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.combo1()->itemText(15)));
+        QStringList tabs;
+        for (QWidget* w = thai.nextInFocusChain(); w != &thai; w = w->nextInFocusChain())
+            tabs << (w->focusPolicy() & Qt::TabFocus && !w->focusProxy() ? w->objectName() : QString());
+        QCOMPARE(tabs.join(u' ').simplified(),
+                 u"Combo2 Combo3 Check3 Check4 Combo1 Check1 Check2 Command1 Command2"_s);
     }
 
     // Set, pasted or typed, a text comes back unchanged, also where Qt breaks lines at U+FDD0 and U+FDD1.
     void textBoxesGiveBackWhatTheyWereGiven()
     {
         QWidget parent;
-        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100), u"box"_s);
+        QPlainTextEdit* box = createTextBox(&parent, QRect(0, 0, 200, 100));
         const QString exact = u"a\uFDD0b\r\nc\uFDD1\rd\u2029\n"_s;
         setBoxText(box, exact);
         QCOMPARE(boxText(box), exact);
@@ -100,7 +109,7 @@ private Q_SLOTS:
             dialog->setColour(QColor(0, 0, 255));
             dialog->findChild<QDialogButtonBox*>(u"fontButtons"_s)->button(QDialogButtonBox::Ok)->click();
         });
-        const FontSetting chosen = ChooseFontFor(parseFont(kDefaultFont).font, nullptr);
+        const FontSetting chosen = ChooseFontFor(parseFont(kDefaultFont).font, 1, nullptr);
         QCOMPARE(formatFont(chosen), u"Tahoma|700|False|30|222|False|False|16711680"_s);
 
         QTimer::singleShot(0, [] {
@@ -109,10 +118,10 @@ private Q_SLOTS:
             dialog->findChild<QSpinBox*>(u"fontSize"_s)->setValue(40);
             dialog->findChild<QDialogButtonBox*>(u"fontButtons"_s)->button(QDialogButtonBox::Cancel)->click();
         });
-        QCOMPARE(ChooseFontFor(chosen, nullptr), chosen);
+        QCOMPARE(ChooseFontFor(chosen, 1, nullptr), chosen);
         // Untouched, a charset the list does not know is kept too.
         FontSetting odd = parseFont(u"Tahoma|300|True|9|77|False|True|32768"_s).font;
-        QCOMPARE(FontChooser(odd).setting(), odd);
+        QCOMPARE(FontChooser(odd, 1).setting(), odd);
     }
 
     // The texts come from the interface language's table; the picture opens the home page.
@@ -127,10 +136,50 @@ private Q_SLOTS:
         QTest::mouseClick(about.findChild<QToolButton*>(u"Image1"_s), Qt::LeftButton);
         QDesktopServices::unsetUrlHandler(home.scheme());
         QCOMPARE(m_opened, QList{home});
-        QPushButton* ok = about.findChild<QDialogButtonBox*>(u"Command1"_s)->button(QDialogButtonBox::Ok);
-        QVERIFY(hasThai(ok->text()));
-        ok->click();
+        about.findChild<QDialogButtonBox*>(u"Command1"_s)->button(QDialogButtonBox::Ok)->click();
         QVERIFY(about.result() == QDialog::Accepted && !about.isVisible());
+    }
+
+    void everyControlIsNamed_data()
+    {
+        QTest::addColumn<int>("language");
+        for (int language = 1; language <= kInterfaceLanguageCount; ++language)
+            QTest::addRow("lang%d", language) << language;
+    }
+
+    // Every control Tab can reach, shown or not, in the window and its dialogs, speaks a text of the
+    // interface language's table (mnemonics dropped, "%1" standing for anything); a picker speaks its label.
+    void everyControlIsNamed()
+    {
+        QFETCH(int, language);
+        const auto fromTable = [language](const QString& name) {
+            for (int id = language * 1000 + 1; id < language * 1000 + 1000; ++id) {
+                if (!StringTable::contains(id))
+                    continue;
+                const QStringList parts = StringTable::text(id).remove(u'&').trimmed().split(u"%1"_s);
+                if (parts.size() == 1 ? name == parts[0]
+                                      : name.startsWith(parts[0]) && name.endsWith(parts[1]))
+                    return true;
+            }
+            return false;
+        };
+        test::WindowRig rig({{u"Language"_s, QString::number(language)}});
+        Form2 options(rig.settings.get(), language);
+        FormAbout about(language);
+        Form1 update(language, {}, QUrl(), {});
+        FontChooser font(parseFont(kDefaultFont).font, language);
+        for (QWidget* window : QWidgetList{&rig.open(rig.deps()), &options, &about, &update, &font}) {
+            for (QWidget* w : window->findChildren<QWidget*>()) {
+                if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != window)
+                    continue;
+                QAccessibleInterface* control = QAccessible::queryAccessibleInterface(w);
+                const auto labels = control->relations(QAccessible::Label);
+                if (control->role() == QAccessible::ComboBox)
+                    control = labels.isEmpty() ? nullptr : labels[0].first;
+                const QString name = control ? control->text(QAccessible::Name).trimmed() : QString();
+                QVERIFY2(fromTable(name), qPrintable(w->objectName() + u": "_s + name));
+            }
+        }
     }
 
 private:

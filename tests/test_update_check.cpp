@@ -263,7 +263,8 @@ private Q_SLOTS:
         const auto state = [&] {
             return QStringList{QString::number(p.site.requests(u"promo/one.html"_s)),
                                QString::number(p.site.requests(u"promo/two.html"_s)), view->page().fileName(),
-                               panel->jcbutton2()->text()}
+                               panel->jcbutton2()->text(),
+                               view->focusPolicy() & Qt::TabFocus ? u"tab"_s : u"click"_s}
                 .join(u' ');
         };
         auto* lists = panel->findChild<HttpClient*>();
@@ -273,13 +274,13 @@ private Q_SLOTS:
                 QTRY_VERIFY(!lists->busy());
             }
         };
-        QTRY_COMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
+        QTRY_COMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org click"_s);
         tick(15);
-        QCOMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
+        QCOMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org click"_s);
         // The first tick fetched both lists.
         QCOMPARE(p.site.requests(u"list/ADlist21.txt"_s) + p.site.requests(u"list/TXlist21.txt"_s), 2);
         tick(1);
-        QTRY_COMPARE(state(), u"1 0 one.html Offer A"_s);
+        QTRY_COMPARE(state(), u"1 0 one.html Offer A tab"_s);
         QTRY_VERIFY(p.site.requests(u"promo/banner.png"_s) == 1 && view->toPlainText().contains(u"First"_s));
         panel->jcbutton2()->click();
         Q_EMIT view->anchorClicked(QUrl(u"offer.html"_s));
@@ -289,8 +290,8 @@ private Q_SLOTS:
         // The reset comes before the count, so later turns are 15 ticks apart; the empty address takes
         // its turn without a page.
         for (const auto& [ticks, shown] :
-             {std::pair(14, u"1 0 one.html Offer A"_s), std::pair(1, u"1 1 two.html Offer B"_s),
-              std::pair(15, u"1 1 two.html Offer A"_s), std::pair(15, u"2 1 one.html Offer B"_s)}) {
+             {std::pair(14, u"1 0 one.html Offer A tab"_s), std::pair(1, u"1 1 two.html Offer B tab"_s),
+              std::pair(15, u"1 1 two.html Offer A tab"_s), std::pair(15, u"2 1 one.html Offer B tab"_s)}) {
             tick(ticks);
             QTRY_COMPARE(state(), shown);
         }

@@ -25,9 +25,9 @@ void DialogCommands::about(int language) const
     m_deps.runDialog(&dialog);
 }
 
-FontSetting DialogCommands::chooseFont(const FontSetting& current) const
+FontSetting DialogCommands::chooseFont(const FontSetting& current, int language) const
 {
-    const FontSetting font = ChooseFontFor(current, m_window);
+    const FontSetting font = ChooseFontFor(current, language, m_window);
     m_deps.settings->setFontText(formatFont(font));
     return font;
 }

@@ -21,7 +21,7 @@ public:
     bool options(int language) const;
     void about(int language) const;
     // The chosen font is stored now and reaches the boxes at the next start.
-    FontSetting chooseFont(const FontSetting& current) const;
+    FontSetting chooseFont(const FontSetting& current, int language) const;
     // The chosen file's text, unless none was chosen or it is blank.
     std::optional<QString> openTextFile(int language) const;
     // Opens the saved file; a failure is said in a notice with the system's reason.

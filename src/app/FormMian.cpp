@@ -4,7 +4,6 @@
 #include "app/StringTable.h"
 #include "app/TranslatorPane.h"
 #include "app/UniTextBox.h"
-#include "app/WindowVisibility.h"
 #include "desktop/AutoStart.h"
 #include "desktop/ButtonRow.h"
 #include "desktop/CommandMenus.h"
@@ -19,7 +18,7 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationSession.h"
 #include "translate/WebPageAddress.h"
-#include "ui/HeldInput.h"
+#include "ui/TabOrder.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -156,8 +155,10 @@ void FormMian::buildServices()
     check.programPath = m_deps.programPath;
     check.addresses = m_engine->addresses();
     new UpdateCheck(std::move(check), this);
-    new PromotionPanel(m_picAD,
-                       {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    m_promotion = new PromotionPanel(
+        m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    m_promotion->applyCaptions(m_language.toInt());
+    orderTabsByScreen(this);
 }
 
 void FormMian::registerHotKey()
@@ -208,6 +209,8 @@ void FormMian::applyCaptions()
     m_translator->applyCaptions(language);
     m_webBar->applyCaptions(language);
     m_webBar->fit(kBoxWidth);
+    if (m_promotion)
+        m_promotion->applyCaptions(language);
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;
@@ -279,7 +282,7 @@ void FormMian::run(const CommandChoice& choice)
             applyOptions();
         break;
     case Command::Font:
-        m_font = m_dialogs.chooseFont(m_font);
+        m_font = m_dialogs.chooseFont(m_font, m_language.toInt());
         break;
     case Command::Language:
         setLanguage(choice.argument);

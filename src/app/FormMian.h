@@ -20,6 +20,7 @@ class ClipboardMonitor;
 class CommandMenus;
 class ConnectivityProbe;
 class GlobalHotKey;
+class PromotionPanel;
 class SitesMenu;
 class TranslationSession;
 class TranslatorPane;
@@ -98,6 +99,7 @@ private:
     QString m_language = QStringLiteral("1");
     CommandMenus* m_menus = nullptr;
     SitesMenu* m_sites = nullptr;
+    PromotionPanel* m_promotion = nullptr;
     ClipboardMonitor* m_clipboard = nullptr;
 
     int m_style = 2;

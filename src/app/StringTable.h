@@ -47,7 +47,16 @@ enum TextOffset {
     MsgHumanCheck = 217,        // the service wants a person; asked again at %1
     MsgOfflineTimedOut = 218,   // Apertium did not answer within the time limit
     MsgTextTooLong = 219,       // more than %1 KiB of text; nothing sent
-    MsgUpdaterKept = 220        // the old updater %1 could not be removed; the program stops
+    MsgUpdaterKept = 220,       // the old updater %1 could not be removed; the program stops
+
+    // Accessible names (and the speakers' tool tips) of controls whose caption does not say what they are.
+    NameSpeakSource = 221, NameSpeakTranslation = 222,
+    NameSourceBox = 223, NameResultBox = 224, NamePhoneticBox = 225, NameDictionaryBox = 226,
+    NamePromotionPage = 227, NamePromotionButton = 228, // 228: %1 the offer's caption
+    NameUpdateDetails = 229,
+    // The font chooser: its title, row labels, effects and the cancelling button.
+    FontTitle = 230, FontFace = 231, FontSize = 232, FontScript = 233, FontColour = 234,
+    FontBold = 235, FontItalic = 236, FontUnderline = 237, FontStrikeOut = 238, ButtonCancel = 239
 };
 // clang-format on
 

@@ -76,6 +76,7 @@ void TranslatorPane::applyCaptions(int language)
     m_panes->applyCaptions(language);
     m_buttons->applyCaptions(language);
     m_pickers->applyCaptions(language);
+    m_speakers->applyCaptions(language);
     constexpr int minPickerWidth = 100;
     fitRow(m_pickers->rowWidgets() + m_panes->checkBoxes(), m_pickers->pickers(), 0, kBoxWidth,
            minPickerWidth);

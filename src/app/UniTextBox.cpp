@@ -193,14 +193,13 @@ void insertBoxText(QPlainTextEdit* box, const QString& text)
     box->setTextCursor(cursor);
 }
 
-QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName)
+QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect)
 {
     auto* box = new QPlainTextEdit(parent);
     auto* document = new QTextDocument(box);
     document->setDocumentLayout(new TextBoxLayout(document));
     box->setDocument(document);
     box->setGeometry(rect);
-    box->setAccessibleName(accessibleName);
     box->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     box->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);

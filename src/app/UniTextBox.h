@@ -10,7 +10,7 @@ namespace quillora
 {
 
 // A text box of the main window: word-wrapping, vertical scroll bar always, no horizontal scrolling.
-QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect, const QString& accessibleName);
+QPlainTextEdit* createTextBox(QWidget* parent, const QRect& rect);
 // Get-text and set-text: the box gives back exactly the text it was given, line ends of every kind
 // (LF, CR LF, CR, U+2029), U+2028, U+FDD0, U+FDD1 and non-breaking spaces included.
 QString boxText(const QPlainTextEdit* box);

@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 #include "app/StringTable.h"
 #include "translate/LanguageCatalogue.h"
+#include "ui/TabOrder.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -26,10 +27,12 @@ QComboBox* makeCombo(const QString& name, const QStringList& rows, QWidget* pare
     return combo;
 }
 
-QLabel* makeLabel(const QString& name, const QString& text, QWidget* parent)
+// The label names its picker for screen readers.
+QLabel* makeLabel(const QString& name, const QString& text, QWidget* buddy)
 {
-    auto* label = new QLabel(text, parent);
+    auto* label = new QLabel(text, buddy->parentWidget());
     label->setObjectName(name);
+    label->setBuddy(buddy);
     return label;
 }
 
@@ -61,14 +64,15 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
     }
 
     auto* grid = new QGridLayout;
-    grid->addWidget(makeLabel(QStringLiteral("Label1"), text(OptionsFrom), this), 0, 0);
+    grid->addWidget(makeLabel(QStringLiteral("Label1"), text(OptionsFrom), m_combo2), 0, 0);
     grid->addWidget(m_combo2, 0, 1);
-    grid->addWidget(makeLabel(QStringLiteral("Label2"), text(OptionsInto), this), 1, 0);
+    grid->addWidget(makeLabel(QStringLiteral("Label2"), text(OptionsInto), m_combo3), 1, 0);
     grid->addWidget(m_combo3, 1, 1);
     grid->addWidget(m_checks[2], 2, 0);
     grid->addWidget(m_checks[3], 2, 1);
     grid->addWidget(makeLabel(QStringLiteral("EruLabel1"),
-                              QLatin1Char(' ') + text(OptionsSystemLanguage) + QStringLiteral("  "), this),
+                              QLatin1Char(' ') + text(OptionsSystemLanguage) + QStringLiteral("  "),
+                              m_combo1),
                     3, 0);
     grid->addWidget(m_combo1, 3, 1);
     grid->addWidget(m_checks[0], 4, 0, 1, 2);
@@ -94,6 +98,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
     // A hand-edited setting applies as far as it reads; the rest keeps the defaults.
     load(Options::defaults());
     load(m_settings->options());
+    orderTabsByScreen(this);
 }
 
 QCheckBox* Form2::check(int n) const

@@ -1,5 +1,8 @@
 #include "desktop/ModFont.h"
 
+#include "app/StringTable.h"
+#include "ui/TabOrder.h"
+
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -90,16 +93,17 @@ const QList<CharsetChoice>& charsetChoices()
     return choices;
 }
 
-FontChooser::FontChooser(const FontSetting& current, QWidget* parent)
+FontChooser::FontChooser(const FontSetting& current, int language, QWidget* parent)
     : QDialog(parent), m_start(current), m_face(new QFontComboBox(this)), m_size(new QSpinBox(this)),
-      m_bold(new QCheckBox(QStringLiteral("Bold"), this)),
-      m_italic(new QCheckBox(QStringLiteral("Italic"), this)),
-      m_underline(new QCheckBox(QStringLiteral("Underline"), this)),
-      m_strikeOut(new QCheckBox(QStringLiteral("Strikeout"), this)), m_charset(new QComboBox(this)),
-      m_colourButton(new QPushButton(this))
+      m_bold(new QCheckBox(StringTable::text(language, FontBold), this)),
+      m_italic(new QCheckBox(StringTable::text(language, FontItalic), this)),
+      m_underline(new QCheckBox(StringTable::text(language, FontUnderline), this)),
+      m_strikeOut(new QCheckBox(StringTable::text(language, FontStrikeOut), this)),
+      m_charset(new QComboBox(this)), m_colourButton(new QPushButton(this))
 {
+    const auto text = [language](int offset) { return StringTable::text(language, offset); };
     setObjectName(QStringLiteral("FontChooser"));
-    setWindowTitle(QStringLiteral("Font"));
+    setWindowTitle(text(FontTitle));
     m_face->setObjectName(QStringLiteral("fontFace"));
     m_size->setObjectName(QStringLiteral("fontSize"));
     m_bold->setObjectName(QStringLiteral("fontBold"));
@@ -129,13 +133,17 @@ FontChooser::FontChooser(const FontSetting& current, QWidget* parent)
     for (QCheckBox* box : {m_bold, m_italic, m_underline, m_strikeOut})
         effects->addWidget(box);
     auto* form = new QFormLayout;
-    form->addRow(QStringLiteral("Font:"), m_face);
-    form->addRow(QStringLiteral("Size:"), m_size);
+    // Each label names its field for screen readers; the colour button shows only a swatch.
+    form->addRow(text(FontFace), m_face);
+    form->addRow(text(FontSize), m_size);
     form->addRow(effects);
-    form->addRow(QStringLiteral("Script:"), m_charset);
-    form->addRow(QStringLiteral("Colour:"), m_colourButton);
+    form->addRow(text(FontScript), m_charset);
+    form->addRow(text(FontColour), m_colourButton);
+    m_colourButton->setAccessibleName(text(FontColour));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->setObjectName(QStringLiteral("fontButtons"));
+    buttons->button(QDialogButtonBox::Ok)->setText(text(ButtonOk));
+    buttons->button(QDialogButtonBox::Cancel)->setText(text(ButtonCancel));
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
@@ -143,6 +151,7 @@ FontChooser::FontChooser(const FontSetting& current, QWidget* parent)
     connect(m_colourButton, &QPushButton::clicked, this, &FontChooser::pickColour);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    orderTabsByScreen(this);
 }
 
 void FontChooser::setColour(const QColor& colour)
@@ -179,9 +188,9 @@ FontSetting FontChooser::setting() const
     return chosen;
 }
 
-FontSetting ChooseFontFor(const FontSetting& current, QWidget* parent)
+FontSetting ChooseFontFor(const FontSetting& current, int language, QWidget* parent)
 {
-    FontChooser chooser(current, parent);
+    FontChooser chooser(current, language, parent);
     if (chooser.exec() != QDialog::Accepted)
         return current;
     return chooser.setting();

@@ -23,9 +23,9 @@ FontSetting fromQFont(const QFont& font, const QColor& color, int charset);
 
 // Gives the boxes the stored font and colour (done once, at start).
 void ApplyFont(const FontSetting& setting, const QList<QWidget*>& boxes);
-// The font chooser (face, weight, italic, size up to 72, charset, underline, strike-out, colour).
-// Returns the chosen setting, or `current` unchanged when cancelled.
-FontSetting ChooseFontFor(const FontSetting& current, QWidget* parent);
+// The font chooser (face, weight, italic, size up to 72, charset, underline, strike-out, colour) in
+// the interface language. Returns the chosen setting, or `current` unchanged when cancelled.
+FontSetting ChooseFontFor(const FontSetting& current, int language, QWidget* parent);
 
 // Windows character-set numbers offered by the chooser, with their names.
 struct CharsetChoice {
@@ -40,7 +40,7 @@ class FontChooser : public QDialog
 {
     Q_OBJECT
 public:
-    explicit FontChooser(const FontSetting& current, QWidget* parent = nullptr);
+    FontChooser(const FontSetting& current, int language, QWidget* parent = nullptr);
 
     FontSetting setting() const;
     QColor colour() const { return m_colour; }

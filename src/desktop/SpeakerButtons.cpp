@@ -1,5 +1,6 @@
 #include "desktop/SpeakerButtons.h"
 
+#include "app/StringTable.h"
 #include "desktop/SpeechAudio.h"
 #include "desktop/SpeechModule.h"
 #include "translate/SpeechPage.h"
@@ -39,6 +40,15 @@ SpeakerButtons::SpeakerButtons(QWidget* container, const QString& serviceBase, c
 }
 
 SpeakerButtons::~SpeakerButtons() = default;
+
+void SpeakerButtons::applyCaptions(int language)
+{
+    for (int slot = 0; slot < 2; ++slot) {
+        const QString name = StringTable::text(language, slot == 0 ? NameSpeakTranslation : NameSpeakSource);
+        m_buttons[slot]->setAccessibleName(name);
+        m_buttons[slot]->setToolTip(name);
+    }
+}
 
 void SpeakerButtons::showSpeaker(int slot, bool shown, const SpokenText& text)
 {

@@ -33,6 +33,8 @@ public:
     SpeakerButtons(QWidget* container, const QString& serviceBase, const QString& programFolder = {});
     ~SpeakerButtons() override;
 
+    // Names and tool tips in the interface language.
+    void applyCaptions(int language);
     // Slot 0 the translation, 1 the source.
     void showSpeaker(int slot, bool shown, const SpokenText& text);
 

@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QPlainTextEdit>
+#include <array>
 
 namespace quillora
 {
@@ -22,9 +23,9 @@ const QRect kPhoneticRect(0, 325, 400, 102);
 const QRect kDictionaryRect(403, 325, 307, 102);
 const QRect kLowerPaneWideRect(0, 325, kWidth, 102);
 
-QPlainTextEdit* namedBox(QWidget* parent, const QRect& rect, const QString& name, const QString& spoken)
+QPlainTextEdit* namedBox(QWidget* parent, const QRect& rect, const QString& name)
 {
-    QPlainTextEdit* box = createTextBox(parent, rect, spoken);
+    QPlainTextEdit* box = createTextBox(parent, rect);
     box->setObjectName(name);
     return box;
 }
@@ -41,13 +42,10 @@ QCheckBox* checkBox(QWidget* parent, const QString& name, const QRect& rect)
 } // namespace
 
 TextPanes::TextPanes(QWidget* pic1, std::function<void()> paste)
-    : QObject(pic1),
-      m_source(namedBox(pic1, kSourceRect, QStringLiteral("sourceBox"), QStringLiteral("Source text"))),
-      m_result(namedBox(pic1, kResultRect, QStringLiteral("resultBox"), QStringLiteral("Translation"))),
-      m_phonetic(
-          namedBox(pic1, kPhoneticRect, QStringLiteral("phoneticBox"), QStringLiteral("Romanization"))),
-      m_dictionary(
-          namedBox(pic1, kDictionaryRect, QStringLiteral("dictionaryBox"), QStringLiteral("Dictionary"))),
+    : QObject(pic1), m_source(namedBox(pic1, kSourceRect, QStringLiteral("sourceBox"))),
+      m_result(namedBox(pic1, kResultRect, QStringLiteral("resultBox"))),
+      m_phonetic(namedBox(pic1, kPhoneticRect, QStringLiteral("phoneticBox"))),
+      m_dictionary(namedBox(pic1, kDictionaryRect, QStringLiteral("dictionaryBox"))),
       m_check1(checkBox(pic1, QStringLiteral("Check1"), QRect(452, 139, 128, 22))),
       m_check2(checkBox(pic1, QStringLiteral("Check2"), QRect(584, 139, 126, 22)))
 {
@@ -70,6 +68,10 @@ void TextPanes::applyCaptions(int language)
 {
     m_check1->setText(StringTable::text(language, CheckPhonetic));
     m_check2->setText(StringTable::text(language, CheckDictionary));
+    const std::array<TextOffset, 4> names{NameSourceBox, NameResultBox, NamePhoneticBox, NameDictionaryBox};
+    const QList<QWidget*> all = boxes();
+    for (int i = 0; i < 4; ++i)
+        all[i]->setAccessibleName(StringTable::text(language, names[i]));
 }
 
 void TextPanes::setPhoneticShown(bool shown)

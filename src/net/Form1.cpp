@@ -3,6 +3,7 @@
 #include "app/StringTable.h"
 #include "net/MakerLists.h"
 #include "net/WebLink.h"
+#include "ui/TabOrder.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -27,6 +28,7 @@ Form1::Form1(int interfaceLanguage, const QString& updateListText, const QUrl& l
     m_download = list.download;
     m_text->setObjectName(QStringLiteral("Text1"));
     m_text->setReadOnly(true);
+    m_text->setAccessibleName(text(NameUpdateDetails));
     m_text->setPlainText(QStringLiteral("Version: V") + list.version + QStringLiteral("\r\n") + list.details);
 
     auto* buttons = new QHBoxLayout;
@@ -43,6 +45,7 @@ Form1::Form1(int interfaceLanguage, const QString& updateListText, const QUrl& l
     layout->addWidget(m_prompt);
     layout->addWidget(m_text);
     layout->addLayout(buttons);
+    orderTabsByScreen(this);
 }
 
 void Form1::jcbutton1_Click(int index)

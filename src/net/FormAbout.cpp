@@ -4,6 +4,7 @@
 #include "app/StringTable.h"
 #include "net/WebLink.h"
 #include "translate/ServiceAddresses.h"
+#include "ui/TabOrder.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -29,6 +30,7 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
     image->setAutoRaise(true);
     image->setCursor(Qt::PointingHandCursor);
     image->setToolTip(ServiceAddresses::fromEnvironment().productHome().toString());
+    image->setAccessibleName(StringTable::text(interfaceLanguage, MenuHome));
     connect(image, &QToolButton::clicked, this, [] {
         openWebAddress(ServiceAddresses::fromEnvironment().productHome(), &QDesktopServices::openUrl);
     });
@@ -61,6 +63,7 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
     layout->addLayout(top);
     layout->addWidget(buttons);
     setMinimumWidth(420);
+    orderTabsByScreen(this);
 }
 
 QString FormAbout::versionLine() const

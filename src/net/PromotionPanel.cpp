@@ -1,5 +1,6 @@
 #include "net/PromotionPanel.h"
 
+#include "app/StringTable.h"
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "net/PromotionView.h"
@@ -37,8 +38,7 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
     connect(m_button, &QPushButton::clicked, this, &PromotionPanel::jcbutton2_Click);
 
     SetPromotionPlaceholder();
-    m_shown = m_texts.constFirst();
-    m_button->setText(m_shown.caption);
+    showCaption(m_texts.constFirst());
     WriteOfflinePromotionFiles();
     m_view->viewport()->installEventFilter(this);
 
@@ -108,13 +108,26 @@ void PromotionPanel::rotate()
         if (!page.isEmpty())
             m_view->navigate(QUrl(page));
         ++m_pageIndex;
-        m_shown = m_texts.value(m_textIndex);
-        m_button->setText(m_shown.caption);
+        showCaption(m_texts.value(m_textIndex));
         ++m_textIndex;
         m_rotationCount = 0;
     }
     ++m_refetchCount;
     ++m_rotationCount;
+}
+
+void PromotionPanel::applyCaptions(int language)
+{
+    m_language = language;
+    m_view->setAccessibleName(StringTable::text(language, NamePromotionPage));
+    showCaption(m_shown);
+}
+
+void PromotionPanel::showCaption(const SiteRecord& shown)
+{
+    m_shown = shown;
+    m_button->setText(shown.caption);
+    m_button->setAccessibleName(StringTable::text(m_language, NamePromotionButton).arg(shown.caption));
 }
 
 void PromotionPanel::jcbutton2_Click()

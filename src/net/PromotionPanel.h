@@ -44,6 +44,9 @@ public:
 
     PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps);
 
+    // The accessible names of the view and the button, in the interface language.
+    void applyCaptions(int language);
+
     // A tick that fetches the lists goes on when they have come; listsArrived() then follows.
     void Timer3_Timer();
     QTimer* Timer3() const { return m_timer; }
@@ -63,6 +66,7 @@ private:
     void FillPromotionTexts(const QString& text);
     void SetPromotionPlaceholder();
     void rotate();
+    void showCaption(const SiteRecord& shown);
 
     PromotionPanelDeps m_deps;
     QTimer* m_timer;
@@ -77,6 +81,7 @@ private:
     QList<SiteRecord> m_texts;
     int m_textIndex = 0;
     SiteRecord m_shown;
+    int m_language = 1;
     bool m_fetching = false;
 };
 

@@ -3,6 +3,7 @@
 #include "net/Http.h"
 #include "net/WebLink.h"
 
+#include <QTextBlock>
 #include <QTimer>
 
 namespace quillora
@@ -22,6 +23,7 @@ PromotionView::PromotionView(QWidget* parent, std::function<bool(const QUrl&)> o
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::ClickFocus);
     connect(this, &QTextBrowser::anchorClicked, this,
             [this](const QUrl& link) { openWebAddress(document()->baseUrl().resolved(link), m_openUrl); });
 }
@@ -49,6 +51,7 @@ void PromotionView::showFile(const QString& path)
     m_page = QUrl::fromLocalFile(path);
     m_html.clear();
     setSource(m_page);
+    takeTabByContent();
 }
 
 void PromotionView::render()
@@ -56,6 +59,17 @@ void PromotionView::render()
     document()->setBaseUrl(m_page);
     setHtml(m_html);
     document()->setBaseUrl(m_page);
+    takeTabByContent();
+}
+
+void PromotionView::takeTabByContent()
+{
+    bool link = false;
+    for (QTextBlock block = document()->begin(); block.isValid() && !link; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd() && !link; ++it)
+            link = !it.fragment().charFormat().anchorHref().isEmpty();
+    }
+    setFocusPolicy(link ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 QVariant PromotionView::loadResource(int type, const QUrl& name)

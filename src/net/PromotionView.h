@@ -36,6 +36,8 @@ protected:
 private:
     void fetchNextImage();
     void render();
+    // Tab reaches the view only while its page holds a link.
+    void takeTabByContent();
 
     std::function<bool(const QUrl&)> m_openUrl;
     HttpClient* m_pageHttp;
