@@ -19,6 +19,7 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationSession.h"
 #include "translate/WebPageAddress.h"
+#include "ui/AccessKeyGroups.h"
 #include "ui/HeldInput.h"
 
 #include <QAction>
@@ -208,6 +209,7 @@ void FormMian::applyCaptions()
     m_translator->applyCaptions(language);
     m_webBar->applyCaptions(language);
     m_webBar->fit(kBoxWidth);
+    assignControlAccessKeys(centralWidget());
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;

@@ -1,5 +1,6 @@
 #include "net/PromotionPanel.h"
 
+#include "app/AccessKeys.h"
 #include "net/Connectivity.h"
 #include "net/Http.h"
 #include "net/PromotionView.h"
@@ -38,7 +39,7 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
 
     SetPromotionPlaceholder();
     m_shown = m_texts.constFirst();
-    m_button->setText(m_shown.caption);
+    m_button->setText(AccessKeys::literal(m_shown.caption));
     WriteOfflinePromotionFiles();
     m_view->viewport()->installEventFilter(this);
 
@@ -109,7 +110,7 @@ void PromotionPanel::rotate()
             m_view->navigate(QUrl(page));
         ++m_pageIndex;
         m_shown = m_texts.value(m_textIndex);
-        m_button->setText(m_shown.caption);
+        m_button->setText(AccessKeys::literal(m_shown.caption));
         ++m_textIndex;
         m_rotationCount = 0;
     }
