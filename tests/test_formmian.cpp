@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
+#include "app/AccessKeys.h"
 #include "app/FormMian.h"
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
@@ -16,6 +17,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -94,6 +96,15 @@ QString boxes(const FormMian& w)
     for (const char* name : {"sourceBox", "resultBox", "phoneticBox", "dictionaryBox"})
         texts << box(w, name)->toPlainText();
     return texts.join(u'|');
+}
+
+// A caption as the screen shows it.
+QString shown(const QString& caption)
+{
+    QString text;
+    for (qsizetype i = 0; i < caption.size(); ++i)
+        text += caption.at(caption.at(i) == u'&' && i + 1 < caption.size() ? ++i : i);
+    return text;
 }
 
 bool translate(FormMian& w, const QString& text)
@@ -186,6 +197,45 @@ private Q_SLOTS:
 
     // Menus
 
+    // Within each menu and among the window's controls a key is used once; the shown text is the table's.
+    void accessKeysInEveryLanguage()
+    {
+        for (int language = 1; language <= 7; ++language) {
+            FormMian& w = open({{u"Language"_s, QString::number(language)}});
+            QList<QStringList> groups{{}};
+            for (QWidget* control : w.centralWidget()->findChildren<QWidget*>()) {
+                const auto* label = qobject_cast<QLabel*>(control);
+                if (control->inherits("QAbstractButton") || (label && label->buddy()))
+                    groups[0] << control->property("text").toString();
+            }
+            QList<QWidget*> menus{w.menuBar()};
+            for (QMenu* menu : w.findChildren<QMenu*>())
+                menus << menu;
+            for (QWidget* menu : menus) {
+                groups << QStringList();
+                for (const QAction* item : menu->actions()) {
+                    if (item->isVisible() && !item->isSeparator())
+                        groups.last() << item->text();
+                }
+            }
+            const bool latin = language == 1 || language >= 5;
+            for (const QStringList& group : std::as_const(groups)) {
+                QSet<QChar> keys;
+                for (const QString& caption : group) {
+                    const QChar key = AccessKeys::keyOf(caption);
+                    QVERIFY2(key.isNull() ? !latin || caption.isEmpty() : !keys.contains(key),
+                             qPrintable(caption));
+                    keys.insert(key);
+                }
+            }
+            for (const MenuItemDef& row : menuTable()) {
+                if (row.offset > 0 && row.key != u"menuH5"_s)
+                    QCOMPARE(shown(action(w, qPrintable(row.key))->text()),
+                             shown(StringTable::text(language, row.offset)));
+            }
+        }
+    }
+
     void switchToSlovak()
     {
         FormMian& w = open();
@@ -200,10 +250,10 @@ private Q_SLOTS:
         w.dispatch(u"menuS213"_s);
         QCOMPARE(changed.count(), 1);
         QCOMPARE(rig->settings->language() + u' ' + checked(w, kLanguages), u"6 menuS213"_s);
-        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(),
+        QCOMPARE(shown(action(w, "menuF3")->text()) + combo(w, "Combo1")->currentText(),
                  StringTable::text(6, MenuExit) + StringTable::text(6, LanguageNames + 47));
         w.dispatch(u"menuS201"_s);
-        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(), u"ExitSlovak"_s);
+        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(), u"&ExitSlovak"_s);
         QCOMPARE(rig->settings->language(), u"1"_s);
     }
 

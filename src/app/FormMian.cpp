@@ -157,8 +157,11 @@ void FormMian::buildServices()
     check.programPath = m_deps.programPath;
     check.addresses = m_engine->addresses();
     new UpdateCheck(std::move(check), this);
-    new PromotionPanel(m_picAD,
-                       {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    auto* promotion = new PromotionPanel(
+        m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
+    const auto keys = [this] { assignControlAccessKeys(centralWidget()); };
+    connect(promotion, &PromotionPanel::captionChanged, this, keys);
+    keys();
 }
 
 void FormMian::registerHotKey()

@@ -111,6 +111,7 @@ void PromotionPanel::rotate()
         ++m_pageIndex;
         m_shown = m_texts.value(m_textIndex);
         m_button->setText(AccessKeys::literal(m_shown.caption));
+        Q_EMIT captionChanged();
         ++m_textIndex;
         m_rotationCount = 0;
     }
