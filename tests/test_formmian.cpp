@@ -341,6 +341,36 @@ private Q_SLOTS:
         QCOMPARE(rig->opened.size(), 1);
     }
 
+    // The desktop's keys for Open and Save; Ctrl and either Enter in the source box translate, adding
+    // no line; Enter on a focused button presses it.
+    void keyboardReachesTheCommands()
+    {
+        FormMian& w = open(kFrench, true);
+        QVERIFY(shownOnScreen(w));
+        w.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        QPlainTextEdit* source = box(w, "sourceBox");
+        source->setFocus();
+        QTest::keyClick(source, Qt::Key_O, Qt::ControlModifier);
+        QTest::keyClick(source, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(rig->fileRequests.size(), 2);
+        QCOMPARE(rig->fileRequests.at(0).mode + 2 * rig->fileRequests.at(1).mode,
+                 2 * FileDialogRequest::Save);
+        source->setPlainText(u"hello"_s);
+        for (const Qt::KeyboardModifiers modifiers :
+             {Qt::ControlModifier | Qt::NoModifier, Qt::ControlModifier | Qt::KeypadModifier}) {
+            QSignalSpy finished(&w, &FormMian::translationFinished);
+            QTest::keyClick(source, modifiers & Qt::KeypadModifier ? Qt::Key_Enter : Qt::Key_Return,
+                            modifiers);
+            QVERIFY(finished.wait(20000));
+        }
+        QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
+        QCOMPARE(rig->service.requests().size(), 2);
+        button(w, kClear)->setFocus();
+        QTest::keyClick(button(w, kClear), Qt::Key_Enter, Qt::KeypadModifier);
+        QTRY_COMPARE(boxes(w), u"|||"_s);
+    }
+
     // Buttons
 
     // The source box's text as it stands goes to the service; the answer fills the result panes.

@@ -20,6 +20,7 @@
 #include "translate/TranslationSession.h"
 #include "translate/WebPageAddress.h"
 #include "ui/AccessKeyGroups.h"
+#include "ui/EnterPresses.h"
 #include "ui/HeldInput.h"
 
 #include <QAction>
@@ -162,6 +163,7 @@ void FormMian::buildServices()
     const auto keys = [this] { assignControlAccessKeys(centralWidget()); };
     connect(promotion, &PromotionPanel::captionChanged, this, keys);
     keys();
+    pressOnEnter(centralWidget());
 }
 
 void FormMian::registerHotKey()

@@ -62,6 +62,10 @@ void CommandMenus::build(QMainWindow* window)
             menuOf(m_bars, row.bar)->addAction(item);
     }
     m_actions.value(QStringLiteral("menuH5"))->setVisible(false);
+    // The desktop's own keys; the tray menu's Exit stays without, one key one command.
+    m_actions.value(QStringLiteral("menuF1"))->setShortcut(QKeySequence::Open);
+    m_actions.value(QStringLiteral("menuF2"))->setShortcut(QKeySequence::Save);
+    m_actions.value(QStringLiteral("menuF3"))->setShortcut(QKeySequence::Quit);
 }
 
 QAction* CommandMenus::addItem(const MenuItemDef& row)

@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "app/StringTable.h"
+#include "desktop/LanguagePickers.h"
 #include "translate/LanguageCatalogue.h"
 
 #include <QCheckBox>
@@ -53,6 +54,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
 
     m_combo1 = makeCombo(QStringLiteral("Combo1"), targetPickerNames(interfaceLanguage), this);
     m_combo2 = makeCombo(QStringLiteral("Combo2"), sourcePickerNames(interfaceLanguage), this);
+    disableSeparatorRow(m_combo2);
     m_combo3 = makeCombo(QStringLiteral("Combo3"), targetPickerNames(interfaceLanguage), this);
     const int captions[4] = {CheckMonitorClipboard, CheckCaching, CheckPhonetic, CheckDictionary};
     for (int i = 0; i < 4; ++i) {
