@@ -4,6 +4,7 @@
 #include "app/StringTable.h"
 #include "desktop/LanguagePickers.h"
 #include "translate/LanguageCatalogue.h"
+#include "ui/AccessKeyGroups.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -90,6 +91,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
     layout->addLayout(grid);
     layout->addLayout(buttons);
 
+    assignControlAccessKeys(this);
     connect(ok, &QPushButton::clicked, this, &Form2::onOk);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
 
