@@ -45,12 +45,6 @@ private Q_SLOTS:
         QFETCH(QStringList, captions);
         QTEST(AccessKeys::assign(captions), "keyed");
     }
-
-    void keyOf()
-    {
-        QCOMPARE(QString(AccessKeys::keyOf(u"S&ettings"_s)) + AccessKeys::keyOf(u"&Šírka"_s), u"eš"_s);
-        QVERIFY(AccessKeys::keyOf(u"Tom && Jerry"_s).isNull());
-    }
 };
 
 QTEST_APPLESS_MAIN(TestAccessKeys)

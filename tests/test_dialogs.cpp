@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-#include "app/AccessKeys.h"
 #include "app/Settings.h"
 #include "app/UniTextBox.h"
 #include "desktop/Form2.h"
@@ -65,13 +64,6 @@ private Q_SLOTS:
         Settings settings(m_dir.filePath(u"captions.conf"_s));
         Form2 thai(&settings, 4);
         QVERIFY(hasThai(thai.windowTitle()) && hasThai(thai.combo1()->itemText(15)));
-        // Each check box and button with a key of its own.
-        Form2 english(&settings, 1);
-        QSet<QChar> keys;
-        const QList<QAbstractButton*> controls = english.findChildren<QAbstractButton*>();
-        for (const QAbstractButton* control : controls)
-            keys.insert(AccessKeys::keyOf(control->text()));
-        QVERIFY(!keys.contains(QChar()) && keys.size() == controls.size());
     }
 
     // Set, pasted or typed, a text comes back unchanged, also where Qt breaks lines at U+FDD0 and U+FDD1.
