@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
+#include "app/AccessKeys.h"
 #include "app/FormMian.h"
 #include "app/Settings.h"
 #include "app/StringTable.h"
@@ -250,7 +251,7 @@ private Q_SLOTS:
         const auto state = [&] {
             return QStringList{QString::number(rig.site.requests(u"promo/one.html"_s)),
                                QString::number(rig.site.requests(u"promo/two.html"_s)),
-                               view->page().fileName(), panel->jcbutton2()->text()}
+                               view->page().fileName(), QString(panel->jcbutton2()->text()).remove(u'&')}
                 .join(u' ');
         };
         auto* lists = panel->findChild<HttpClient*>();
@@ -260,13 +261,14 @@ private Q_SLOTS:
                 QTRY_VERIFY(!lists->busy());
             }
         };
-        QTRY_COMPARE(state(), u"0 0 offADen21.htm &Your AD here partners@zelvan.org"_s);
+        QTRY_COMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
         tick(15);
-        QCOMPARE(state(), u"0 0 offADen21.htm &Your AD here partners@zelvan.org"_s);
+        QCOMPARE(state(), u"0 0 offADen21.htm Your AD here partners@zelvan.org"_s);
         // The first tick fetched both lists.
         QCOMPARE(rig.site.requests(u"list/ADlist21.txt"_s) + rig.site.requests(u"list/TXlist21.txt"_s), 2);
         tick(1);
-        QTRY_COMPARE(state(), u"1 0 one.html &Offer A"_s);
+        QTRY_COMPARE(state(), u"1 0 one.html Offer A"_s);
+        QVERIFY(!AccessKeys::keyOf(panel->jcbutton2()->text()).isNull()); // keyed again as it rotates
         QTRY_VERIFY(rig.site.requests(u"promo/banner.png"_s) == 1 &&
                     view->toPlainText().contains(u"First"_s));
         panel->jcbutton2()->click();
@@ -277,8 +279,8 @@ private Q_SLOTS:
         // The reset comes before the count, so later turns are 15 ticks apart; the empty address takes
         // its turn without a page.
         for (const auto& [ticks, shown] :
-             {std::pair(14, u"1 0 one.html &Offer A"_s), std::pair(1, u"1 1 two.html &Offer B"_s),
-              std::pair(15, u"1 1 two.html &Offer A"_s), std::pair(15, u"2 1 one.html &Offer B"_s)}) {
+             {std::pair(14, u"1 0 one.html Offer A"_s), std::pair(1, u"1 1 two.html Offer B"_s),
+              std::pair(15, u"1 1 two.html Offer A"_s), std::pair(15, u"2 1 one.html Offer B"_s)}) {
             tick(ticks);
             QTRY_COMPARE(state(), shown);
         }

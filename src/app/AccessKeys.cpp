@@ -1,6 +1,7 @@
 #include "app/AccessKeys.h"
 
 #include <QSet>
+#include <algorithm>
 
 namespace quillora
 {
@@ -68,12 +69,14 @@ QString withKey(const QString& text, qsizetype key)
 
 } // namespace
 
-QStringList AccessKeys::assign(const QStringList& captions)
+QStringList AccessKeys::assign(const QStringList& captions, const QStringList& takenBy)
 {
     QList<Parsed> parsed;
     for (const QString& caption : captions)
         parsed.append(parse(caption));
     QSet<QChar> taken;
+    for (const QString& caption : takenBy)
+        taken.insert(keyOf(caption));
     QList<qsizetype> keys(parsed.size(), -1);
     // Marks the captions came with go first, so that a chosen key never displaces one of them.
     for (qsizetype i = 0; i < parsed.size(); ++i) {
@@ -84,9 +87,27 @@ QStringList AccessKeys::assign(const QStringList& captions)
             taken.insert(folded(parsed.at(i).text.at(wanted)));
         }
     }
+    // The caption with the fewest free letters chooses next, so that a short one still finds one of its
+    // own; among equals the earlier.
+    QList<qsizetype> waiting;
     for (qsizetype i = 0; i < parsed.size(); ++i) {
-        if (keys.at(i) >= 0)
-            continue;
+        if (keys.at(i) < 0)
+            waiting.append(i);
+    }
+    const auto freeLetters = [&](qsizetype i) {
+        QSet<QChar> letters;
+        for (qsizetype at = 0; at < parsed.at(i).text.size(); ++at) {
+            if (weight(parsed.at(i).text, at) > 0 && !taken.contains(folded(parsed.at(i).text.at(at))))
+                letters.insert(folded(parsed.at(i).text.at(at)));
+        }
+        return letters.size();
+    };
+    while (!waiting.isEmpty()) {
+        const auto next = std::min_element(waiting.begin(), waiting.end(), [&](qsizetype a, qsizetype b) {
+            return freeLetters(a) < freeLetters(b);
+        });
+        const qsizetype i = *next;
+        waiting.erase(next);
         const QString& text = parsed.at(i).text;
         int best = 0;
         for (qsizetype at = 0; at < text.size(); ++at) {

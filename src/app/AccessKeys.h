@@ -14,8 +14,9 @@ namespace quillora
 class AccessKeys
 {
 public:
-    // `captions` in the group's order; earlier captions choose first.
-    static QStringList assign(const QStringList& captions);
+    // `captions` in the group's order: those with fewer letters choose first, then the earlier ones.
+    // `taken`: captions whose keys are used already (a window's menu bar for its controls).
+    static QStringList assign(const QStringList& captions, const QStringList& taken = {});
     // The letter a caption's "&" marks, lower-cased; a null QChar when it has none.
     static QChar keyOf(const QString& caption);
     // A text from outside (a site's name) as a caption: its ampersands shown, not taken as keys.

@@ -29,6 +29,7 @@
 #include <QGuiApplication>
 #include <QLayout>
 #include <QMap>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 
@@ -160,7 +161,7 @@ void FormMian::buildServices()
     new UpdateCheck(std::move(check), this);
     auto* promotion = new PromotionPanel(
         m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
-    const auto keys = [this] { assignControlAccessKeys(centralWidget()); };
+    const auto keys = [this] { assignControlAccessKeys(centralWidget(), menuBar()); };
     connect(promotion, &PromotionPanel::captionChanged, this, keys);
     keys();
     pressOnEnter(centralWidget());
@@ -214,7 +215,7 @@ void FormMian::applyCaptions()
     m_translator->applyCaptions(language);
     m_webBar->applyCaptions(language);
     m_webBar->fit(kBoxWidth);
-    assignControlAccessKeys(centralWidget());
+    assignControlAccessKeys(centralWidget(), menuBar());
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;

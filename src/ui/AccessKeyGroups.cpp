@@ -25,8 +25,11 @@ void assignMenuAccessKeys(QWidget* menu)
         items.at(i)->setText(keyed.at(i));
 }
 
-void assignControlAccessKeys(QWidget* area)
+void assignControlAccessKeys(QWidget* area, const QWidget* menuBar)
 {
+    QStringList taken;
+    for (const QAction* item : menuBar ? menuBar->actions() : QList<QAction*>())
+        taken.append(item->text());
     QList<QWidget*> controls;
     QStringList captions;
     for (QWidget* widget : area->findChildren<QWidget*>()) {
@@ -38,7 +41,7 @@ void assignControlAccessKeys(QWidget* area)
             captions.append(caption);
         }
     }
-    const QStringList keyed = AccessKeys::assign(captions);
+    const QStringList keyed = AccessKeys::assign(captions, taken);
     for (qsizetype i = 0; i < controls.size(); ++i)
         controls.at(i)->setProperty("text", keyed.at(i));
 }
