@@ -194,8 +194,8 @@ private Q_SLOTS:
 
     // Menus
 
-    // Within each menu and among the window's controls and menu bar a key is used once; the shown text is
-    // the table's.
+    // Within each menu and among the window's controls and menu bar a key is used once; in the languages of
+    // Latin script every caption has one.
     void accessKeysInEveryLanguage()
     {
         for (int language = 1; language <= 7; ++language) {
@@ -224,11 +224,6 @@ private Q_SLOTS:
                     QVERIFY2(key.isNull() ? !latin : !keys.contains(key), qPrintable(caption));
                     keys.insert(key);
                 }
-            }
-            for (const MenuItemDef& row : menuTable()) {
-                if (row.offset > 0)
-                    QCOMPARE(shown(action(w, qPrintable(row.key))->text()),
-                             shown(StringTable::text(language, row.offset)));
             }
         }
     }
