@@ -97,6 +97,18 @@ private Q_SLOTS:
             QCOMPARE(grabF11(other.get(), modifiers), 0);
     }
 
+    // The desktop's Quit key (the offscreen platform binds none) ends the program as File › Exit does.
+    void quitKeyExits()
+    {
+        ClipboardDesk desk({});
+        FormMian& window = desk.window();
+        QVERIFY(test::shownOnScreen(window));
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(pressKey("ctrl+q"));
+        QTRY_VERIFY(window.exitRequested());
+    }
+
     void toggleHammeredEndsWhereItShould()
     {
         ClipboardDesk desk({});

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
+#include "app/AccessKeys.h"
 #include "app/FormMian.h"
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
@@ -16,6 +17,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -96,6 +98,12 @@ QString boxes(const FormMian& w)
     return texts.join(u'|');
 }
 
+// A caption as the screen shows it: the tables hold no literal ampersand.
+QString shown(QString caption)
+{
+    return caption.remove(u'&');
+}
+
 bool translate(FormMian& w, const QString& text)
 {
     box(w, "sourceBox")->setPlainText(text);
@@ -159,7 +167,7 @@ private Q_SLOTS:
                             {u"Style"_s, u"0"_s},
                             {u"Font"_s, u"DejaVu Serif|700|True|15|0|False|False|255"_s}});
         QCOMPARE(checked(w, kLanguages + kStyles + QStringList{u"menuS5"_s}), u"menuS213 STYLE:0 menuS5"_s);
-        QCOMPARE(button(w, 0)->text(), StringTable::text(6, ButtonTranslate));
+        QCOMPARE(shown(button(w, 0)->text()), shown(StringTable::text(6, ButtonTranslate)));
         QCOMPARE(box(w, "dictionaryBox")->font().family(), u"DejaVu Serif"_s);
         const auto first = another({});
         FormMian& f = *first->window;
@@ -186,6 +194,40 @@ private Q_SLOTS:
 
     // Menus
 
+    // Within each menu and among the window's controls and menu bar a key is used once; in the languages of
+    // Latin script every caption has one.
+    void accessKeysInEveryLanguage()
+    {
+        for (int language = 1; language <= 7; ++language) {
+            FormMian& w = open({{u"Language"_s, QString::number(language)}});
+            QList<QStringList> groups{{}};
+            for (QWidget* control : w.centralWidget()->findChildren<QWidget*>()) {
+                const auto* label = qobject_cast<QLabel*>(control);
+                if (control->inherits("QAbstractButton") || (label && label->buddy()))
+                    groups[0] << control->property("text").toString();
+            }
+            for (const QAction* item : w.menuBar()->actions())
+                groups[0] << item->text(); // the menu bar's keys are the window's too
+            QList<QWidget*> menus = {w.menuBar()};
+            for (QMenu* menu : w.findChildren<QMenu*>())
+                menus << menu;
+            for (const QWidget* menu : menus) {
+                groups << QStringList();
+                for (const QAction* item : menu->actions())
+                    groups.last() << (item->isVisible() ? item->text() : QString());
+            }
+            for (const QStringList& group : std::as_const(groups)) {
+                QSet<QChar> keys;
+                for (const QString& caption : group) {
+                    const QChar key = AccessKeys::keyOf(caption);
+                    const bool latin = (language == 1 || language >= 5) && !caption.isEmpty();
+                    QVERIFY2(key.isNull() ? !latin : !keys.contains(key), qPrintable(caption));
+                    keys.insert(key);
+                }
+            }
+        }
+    }
+
     void switchToSlovak()
     {
         FormMian& w = open();
@@ -200,10 +242,10 @@ private Q_SLOTS:
         w.dispatch(u"menuS213"_s);
         QCOMPARE(changed.count(), 1);
         QCOMPARE(rig->settings->language() + u' ' + checked(w, kLanguages), u"6 menuS213"_s);
-        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(),
+        QCOMPARE(shown(action(w, "menuF3")->text()) + combo(w, "Combo1")->currentText(),
                  StringTable::text(6, MenuExit) + StringTable::text(6, LanguageNames + 47));
         w.dispatch(u"menuS201"_s);
-        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(), u"ExitSlovak"_s);
+        QCOMPARE(action(w, "menuF3")->text() + combo(w, "Combo1")->currentText(), u"&ExitSlovak"_s);
         QCOMPARE(rig->settings->language(), u"1"_s);
     }
 
@@ -289,6 +331,36 @@ private Q_SLOTS:
         QCOMPARE(rig->notices.size(), 1);
         QCOMPARE(rig->notices.constFirst().text, u"Save failed! Reason: No such file or directory"_s);
         QCOMPARE(rig->opened.size(), 1);
+    }
+
+    // The desktop's keys for Open and Save; Ctrl and either Enter in the source box translate, adding
+    // no line; Enter on a focused button presses it.
+    void keyboardReachesTheCommands()
+    {
+        FormMian& w = open(kFrench, true);
+        QVERIFY(shownOnScreen(w));
+        w.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        QPlainTextEdit* source = box(w, "sourceBox");
+        source->setFocus();
+        QTest::keyClick(source, Qt::Key_O, Qt::ControlModifier);
+        QTest::keyClick(source, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(rig->fileRequests.size(), 2);
+        QCOMPARE(rig->fileRequests.at(0).mode + 2 * rig->fileRequests.at(1).mode,
+                 2 * FileDialogRequest::Save);
+        source->setPlainText(u"hello"_s);
+        for (const Qt::KeyboardModifiers modifiers :
+             {Qt::ControlModifier | Qt::NoModifier, Qt::ControlModifier | Qt::KeypadModifier}) {
+            QSignalSpy finished(&w, &FormMian::translationFinished);
+            QTest::keyClick(source, modifiers & Qt::KeypadModifier ? Qt::Key_Enter : Qt::Key_Return,
+                            modifiers);
+            QVERIFY(finished.wait(20000));
+        }
+        QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
+        QCOMPARE(rig->service.requests().size(), 2);
+        button(w, kClear)->setFocus();
+        QTest::keyClick(button(w, kClear), Qt::Key_Enter, Qt::KeypadModifier);
+        QTRY_COMPARE(boxes(w), u"|||"_s);
     }
 
     // Buttons

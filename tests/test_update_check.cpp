@@ -204,7 +204,7 @@ private Q_SLOTS:
         for (int i = 0; i < 12; ++i)
             twelve.append({u"S%1"_s.arg(i), u"http://s%1"_s.arg(i)});
         site.setList(u"CDlist21.txt"_s, twelve);
-        site.setList(u"ZTlist26.txt"_s, {{u"Le Monde"_s, u"http://lemonde"_s}});
+        site.setList(u"ZTlist26.txt"_s, {{u"Le Monde & Co"_s, u"http://lemonde"_s}});
         QMenu* sites = window.findChild<QMenu*>(u"SITEMENU"_s);
         // The lists asked for since the last look.
         const auto asked = [&rig] {
@@ -231,9 +231,9 @@ private Q_SLOTS:
         // French shares the Slovak lists; Chinese has none.
         for (const auto& [command, lists, shown] :
              {std::tuple(u"menuS214"_s, u"CDlist26.txt ZTlist26.txt"_s,
-                         u"menuSite0=Le Monde menuSite10=Sites Web célèbres dans le monde"_s),
+                         u"menuSite0=Le Monde && Co menuSite10=Sites &Web célèbres dans le monde"_s),
               std::tuple(u"menuS202"_s, u"CDlist22.txt ZTlist22.txt"_s,
-                         u"menuSite0=Le Monde menuSite10="_s + StringTable::text(2, 127))}) {
+                         u"menuSite0=Le Monde && Co menuSite10="_s + StringTable::text(2, 127))}) {
             window.dispatch(command);
             QVERIFY(filled.wait(5000));
             QCOMPARE(asked(), lists);

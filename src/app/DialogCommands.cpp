@@ -4,6 +4,7 @@
 #include "desktop/Form2.h"
 #include "desktop/ModFont.h"
 #include "desktop/ModUniTxt.h"
+#include "desktop/NameFilter.h"
 #include "desktop/ResultsFile.h"
 #include "net/FormAbout.h"
 #include "translate/TranslationEngine.h"
@@ -37,7 +38,9 @@ std::optional<QString> DialogCommands::openTextFile(int language) const
     FileDialogRequest request;
     request.mode = FileDialogRequest::Open;
     request.title = StringTable::text(language, MenuOpen);
-    request.nameFilters = {QStringLiteral("Text (*.TXT *.ini *.inf *.log)"), QStringLiteral("All (*.*)")};
+    request.nameFilters = {caseFreeNameFilter(QStringLiteral("Text (*.TXT;*.ini;*.inf;*.log)"),
+                                              QStringLiteral("*.TXT;*.ini;*.inf;*.log")),
+                           caseFreeNameFilter(QStringLiteral("All (*.*)"), QStringLiteral("*.*"))};
     const QString fileName = m_deps.chooseFile(m_window, request);
     if (fileName.isEmpty())
         return std::nullopt;
@@ -52,7 +55,8 @@ void DialogCommands::saveResults(int language, const ResultTexts& texts) const
     FileDialogRequest request;
     request.mode = FileDialogRequest::Save;
     request.title = StringTable::text(language, MenuSaveResults);
-    request.nameFilters = {QStringLiteral("Save as text file (*.TXT)")};
+    request.nameFilters = {
+        caseFreeNameFilter(QStringLiteral("Save as text file (*.TXT)"), QStringLiteral("*.TXT"))};
     request.defaultSuffix = QStringLiteral("txt");
     const QString fileName = m_deps.chooseFile(m_window, request);
     if (fileName.isEmpty())

@@ -18,6 +18,9 @@
 #include "translate/TempFolder.h"
 #include "translate/TranslationSession.h"
 #include "translate/WebPageAddress.h"
+#include "ui/AccessKeyGroups.h"
+#include "ui/EnterPresses.h"
+#include "ui/HeldInput.h"
 #include "ui/TabOrder.h"
 
 #include <QAction>
@@ -26,6 +29,7 @@
 #include <QGuiApplication>
 #include <QLayout>
 #include <QMap>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 
@@ -158,6 +162,10 @@ void FormMian::buildServices()
     m_promotion = new PromotionPanel(
         m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
     m_promotion->applyCaptions(m_language.toInt());
+    const auto keys = [this] { assignControlAccessKeys(centralWidget(), menuBar()); };
+    connect(m_promotion, &PromotionPanel::captionChanged, this, keys);
+    keys();
+    pressOnEnter(centralWidget());
     orderTabsByScreen(this);
 }
 
@@ -211,6 +219,7 @@ void FormMian::applyCaptions()
     m_webBar->fit(kBoxWidth);
     if (m_promotion)
         m_promotion->applyCaptions(language);
+    assignControlAccessKeys(centralWidget(), menuBar());
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;

@@ -13,6 +13,7 @@
 #include "ui/RowFit.h"
 
 #include <QPlainTextEdit>
+#include <QShortcut>
 
 namespace quillora
 {
@@ -63,6 +64,13 @@ TranslatorPane::TranslatorPane(QWidget* parent, TranslationSession* session, Con
         m_panes->setTargetRightToLeft(effect.rightToLeft);
     });
     connect(m_buttons, &ButtonRow::clicked, this, &TranslatorPane::jcbuttonClick);
+    // Ctrl+Enter in the source box, the main or the keypad one, presses Translate.
+    for (const QKeyCombination keys : {Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter}) {
+        auto* shortcut = new QShortcut(QKeySequence(keys), m_panes->source());
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, m_buttons,
+                [this] { m_buttons->press(ButtonRow::Translate); });
+    }
     connect(m_speakers, &SpeakerButtons::speechFailed, this,
             [this] { Q_EMIT status(StringTable::text(m_language, MsgSpeechFailed)); });
     connect(m_session, &TranslationSession::finished, this, &TranslatorPane::translationDone);

@@ -24,6 +24,8 @@ QMessageBox::StandardButton showMessageBox(QWidget* owner, const NoticeRequest& 
 QString chooseWithDialog(QWidget* owner, const FileDialogRequest& request)
 {
     QFileDialog dialog(owner, request.title);
+    // Each filter's own text is what the user reads, its case-free patterns are for the matching.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(request.nameFilters);
     if (request.mode == FileDialogRequest::Save) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);

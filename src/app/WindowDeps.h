@@ -31,7 +31,7 @@ struct FileDialogRequest {
     enum Mode { Open, Save };
     Mode mode = Open;
     QString title;
-    QStringList nameFilters;
+    QStringList nameFilters; // "text as shown (patterns)"
     QString defaultSuffix;
 };
 using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;

@@ -6,6 +6,7 @@
 #include "app/StringTable.h"
 #include "desktop/PlatformChoice.h"
 #include "desktop/SysTray.h"
+#include "ui/FocusMarkStyle.h"
 #include "ui/ShownReport.h"
 
 #include <QApplication>
@@ -92,6 +93,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationVersion(versionText());
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+    QApplication::setStyle(new FocusMarkStyle(QApplication::style()->name()));
 
     // The window spends most of its life hidden in the tray; only the exit commands end the program.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -43,6 +43,11 @@ QList<QWidget*> ButtonRow::buttons() const
     return {m_buttons.begin(), m_buttons.end()};
 }
 
+void ButtonRow::press(Index index)
+{
+    m_buttons[index]->click();
+}
+
 void ButtonRow::setSwapEnabled(bool enabled)
 {
     m_buttons[Swap]->setEnabled(enabled);

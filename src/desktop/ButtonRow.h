@@ -22,6 +22,8 @@ public:
 
     void applyCaptions(int language);
     QList<QWidget*> buttons() const;
+    // As a click of the button: nothing while it is disabled.
+    void press(Index index);
     void setSwapEnabled(bool enabled);
     bool swapEnabled() const;
 

@@ -1,6 +1,7 @@
 #include "desktop/CommandMenus.h"
 
 #include "app/StringTable.h"
+#include "ui/AccessKeyGroups.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -43,9 +44,12 @@ void CommandMenus::build(QMainWindow* window)
         auto* menu = new QMenu(row.builtIn, window);
         menu->setObjectName(row.opens);
         menu->menuAction()->setObjectName(row.key);
+        // Items that come later (the sites list) get their keys before they show.
+        connect(menu, &QMenu::aboutToShow, menu, [menu] { assignMenuAccessKeys(menu); });
         m_bars.insert(row.opens, menu);
     }
     QMenuBar* menuBar = window->menuBar();
+    m_menuBar = menuBar;
     for (const MenuItemDef& row : menuTable()) {
         QAction* item = addItem(row);
         m_actions.insert(row.key, item);
@@ -58,6 +62,10 @@ void CommandMenus::build(QMainWindow* window)
             menuOf(m_bars, row.bar)->addAction(item);
     }
     m_actions.value(QStringLiteral("menuH5"))->setVisible(false);
+    // The desktop's own keys; the tray menu's Exit stays without, one key one command.
+    m_actions.value(QStringLiteral("menuF1"))->setShortcut(QKeySequence::Open);
+    m_actions.value(QStringLiteral("menuF2"))->setShortcut(QKeySequence::Save);
+    m_actions.value(QStringLiteral("menuF3"))->setShortcut(QKeySequence::Quit);
 }
 
 QAction* CommandMenus::addItem(const MenuItemDef& row)
@@ -126,6 +134,9 @@ void CommandMenus::applyCaptions(int language)
         if (row.offset > 0)
             m_actions.value(row.key)->setText(StringTable::text(language, row.offset));
     }
+    assignMenuAccessKeys(m_menuBar);
+    for (QMenu* menu : std::as_const(m_bars))
+        assignMenuAccessKeys(menu);
 }
 
 QAction* CommandMenus::actionFor(Command command, int argument) const

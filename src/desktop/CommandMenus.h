@@ -25,7 +25,7 @@ public:
     // The table's item for a command and its argument, null when there is none.
     QAction* actionFor(Command command, int argument) const;
     QMenu* bar(const QString& name) const; // "FILEMENU" ... "SYSMENU"
-    // Localised captions of interface language 1-7.
+    // Localised captions of interface language 1-7, with access keys unique within each menu.
     void applyCaptions(int language);
     // Option groups are marked by the program.
     void checkLanguageItem(int language); // 1-7
@@ -41,6 +41,7 @@ private:
 
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_bars;
+    QMenuBar* m_menuBar = nullptr;
     QActionGroup* m_languages;
     QActionGroup* m_styles;
     QAction* m_languageMark = nullptr; // restored when an item without a table is clicked

@@ -2,7 +2,9 @@
 
 #include "app/Settings.h"
 #include "app/StringTable.h"
+#include "desktop/LanguagePickers.h"
 #include "translate/LanguageCatalogue.h"
+#include "ui/AccessKeyGroups.h"
 #include "ui/TabOrder.h"
 
 #include <QCheckBox>
@@ -56,6 +58,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
 
     m_combo1 = makeCombo(QStringLiteral("Combo1"), targetPickerNames(interfaceLanguage), this);
     m_combo2 = makeCombo(QStringLiteral("Combo2"), sourcePickerNames(interfaceLanguage), this);
+    disableSeparatorRow(m_combo2);
     m_combo3 = makeCombo(QStringLiteral("Combo3"), targetPickerNames(interfaceLanguage), this);
     const int captions[4] = {CheckMonitorClipboard, CheckCaching, CheckPhonetic, CheckDictionary};
     for (int i = 0; i < 4; ++i) {
@@ -92,6 +95,7 @@ Form2::Form2(Settings* settings, int interfaceLanguage, QWidget* parent)
     layout->addLayout(grid);
     layout->addLayout(buttons);
 
+    assignControlAccessKeys(this);
     connect(ok, &QPushButton::clicked, this, &Form2::onOk);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
 

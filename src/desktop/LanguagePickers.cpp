@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QStandardItemModel>
 
 namespace quillora
 {
@@ -41,6 +42,15 @@ void setRow(QComboBox* combo, int row)
 
 } // namespace
 
+// The row keeps its place: rows are the stored codes. Only the program may still choose it.
+void disableSeparatorRow(QComboBox* picker)
+{
+    if (auto* model = qobject_cast<QStandardItemModel*>(picker->model())) {
+        if (QStandardItem* row = model->item(kSourcePickerOffset - 1))
+            row->setFlags(row->flags() & ~(Qt::ItemIsSelectable | Qt::ItemIsEnabled));
+    }
+}
+
 LanguagePickers::LanguagePickers(QWidget* pic1)
     : QObject(pic1), m_combo2(picker(pic1, QStringLiteral("Combo2"), 46)),
       m_combo1(picker(pic1, QStringLiteral("Combo1"), 272))
@@ -67,6 +77,7 @@ void LanguagePickers::applyCaptions(int language)
         m_combo1->addItems(targetPickerNames(language));
         m_combo2->clear();
         m_combo2->addItems(sourcePickerNames(language));
+        disableSeparatorRow(m_combo2);
         m_combo1->setCurrentIndex(target);
         m_combo2->setCurrentIndex(source);
     }

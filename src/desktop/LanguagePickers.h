@@ -47,4 +47,7 @@ private:
     QComboBox* m_combo1;
 };
 
+// The source picker's separator row cannot be chosen with the keys, the mouse or the wheel.
+void disableSeparatorRow(QComboBox* picker);
+
 } // namespace quillora

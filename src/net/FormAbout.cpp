@@ -1,6 +1,7 @@
 #include "net/FormAbout.h"
 
 #include "Version.h"
+#include "app/AccessKeys.h"
 #include "app/StringTable.h"
 #include "net/WebLink.h"
 #include "translate/ServiceAddresses.h"
@@ -56,7 +57,8 @@ FormAbout::FormAbout(int interfaceLanguage, QWidget* parent) : QDialog(parent)
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     buttons->setObjectName(QStringLiteral("Command1"));
-    buttons->button(QDialogButtonBox::Ok)->setText(StringTable::text(interfaceLanguage, ButtonOk));
+    buttons->button(QDialogButtonBox::Ok)
+        ->setText(AccessKeys::assign({StringTable::text(interfaceLanguage, ButtonOk)}).constFirst());
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(this);

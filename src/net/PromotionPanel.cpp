@@ -1,5 +1,6 @@
 #include "net/PromotionPanel.h"
 
+#include "app/AccessKeys.h"
 #include "app/StringTable.h"
 #include "net/Connectivity.h"
 #include "net/Http.h"
@@ -109,6 +110,7 @@ void PromotionPanel::rotate()
             m_view->navigate(QUrl(page));
         ++m_pageIndex;
         showCaption(m_texts.value(m_textIndex));
+        Q_EMIT captionChanged();
         ++m_textIndex;
         m_rotationCount = 0;
     }
@@ -126,7 +128,7 @@ void PromotionPanel::applyCaptions(int language)
 void PromotionPanel::showCaption(const SiteRecord& shown)
 {
     m_shown = shown;
-    m_button->setText(shown.caption);
+    m_button->setText(AccessKeys::literal(shown.caption));
     m_button->setAccessibleName(StringTable::text(m_language, NamePromotionButton).arg(shown.caption));
 }
 

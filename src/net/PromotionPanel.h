@@ -58,6 +58,7 @@ public:
 
 Q_SIGNALS:
     void listsArrived();
+    void captionChanged(); // the button shows another entry's caption
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

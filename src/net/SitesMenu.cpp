@@ -1,5 +1,6 @@
 #include "net/SitesMenu.h"
 
+#include "app/AccessKeys.h"
 #include "net/Http.h"
 #include "net/WebLink.h"
 
@@ -95,7 +96,7 @@ void SitesMenu::addRecordItems()
 {
     for (qsizetype i = 0; i < m_records.size(); ++i) {
         const QString key = itemKey(i);
-        auto* item = new QAction(m_records.at(i).caption, m_bar);
+        auto* item = new QAction(AccessKeys::literal(m_records.at(i).caption), m_bar);
         item->setObjectName(key);
         connect(item, &QAction::triggered, this, [this, key] { Q_EMIT triggered(key); });
         m_bar->insertAction(m_fixed, item);

@@ -6,3 +6,4 @@ int testWindowVisibility(int argc, char** argv);
 int testTextPanes(int argc, char** argv);
 int testLanguagePickers(int argc, char** argv);
 int testWebPageBar(int argc, char** argv);
+int testFocusMark(int argc, char** argv);

@@ -29,6 +29,12 @@ private Q_SLOTS:
         combo1->setCurrentIndex(47);
         pickers.applyCaptions(6);
         QCOMPARE(std::pair(pickers.sourceRow(), pickers.targetRow()), std::pair(21, 47));
+        // The arrow keys pass over the separator row, which the program may still set (below).
+        combo2->setCurrentIndex(0);
+        QTest::keyClick(combo2, Qt::Key_Down);
+        QCOMPARE(pickers.sourceRow(), 2);
+        QTest::keyClick(combo2, Qt::Key_Up);
+        QCOMPARE(pickers.sourceRow(), 0);
         QCOMPARE(combo2->itemText(0) + combo1->itemText(47),
                  StringTable::text(6, DetectLanguage) + StringTable::text(6, LanguageNames + 47));
         QCOMPARE(pic1.findChild<QLabel*>(u"fromLabel"_s)->text(), StringTable::text(6, LabelFrom));
