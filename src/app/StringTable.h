@@ -47,7 +47,9 @@ enum TextOffset {
     MsgHumanCheck = 217,        // the service wants a person; asked again at %1
     MsgOfflineTimedOut = 218,   // Apertium did not answer within the time limit
     MsgTextTooLong = 219,       // more than %1 KiB of text; nothing sent
-    MsgUpdaterKept = 220        // the old updater %1 could not be removed; the program stops
+    MsgUpdaterKept = 220,       // the old updater %1 could not be removed; the program stops
+    MsgKeepsRunning = 240,      // the window went to the tray for the first time: how to quit
+    MsgPageNotOpened = 241      // Goto: no browser took the address (with MsgWithReason)
 };
 // clang-format on
 

@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 #include "app/StringTable.h"
 #include "translate/LanguageCatalogue.h"
+#include "ui/RowFit.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,6 +24,7 @@ QComboBox* makeCombo(const QString& name, const QStringList& rows, QWidget* pare
     combo->setObjectName(name);
     combo->addItems(rows);
     combo->setMaxVisibleItems(20);
+    combo->setMinimumSize(widestItemSize(combo));
     return combo;
 }
 

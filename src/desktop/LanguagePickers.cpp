@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "app/StringTable.h"
+#include "ui/LayoutScale.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -19,14 +20,16 @@ QComboBox* picker(QWidget* parent, const QString& name, int left)
 {
     auto* combo = new QComboBox(parent);
     combo->setObjectName(name);
-    combo->setGeometry(left, kTop, 170, kHeight);
+    // The row is fitted to the widest name of each language.
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    combo->setGeometry(LayoutScale::of(parent)(QRect(left, kTop, 170, kHeight)));
     return combo;
 }
 
 QLabel* label(QWidget* parent, int left, QWidget* buddy)
 {
     auto* caption = new QLabel(parent);
-    caption->setGeometry(left, kTop, 44, kHeight);
+    caption->setGeometry(LayoutScale::of(parent)(QRect(left, kTop, 44, kHeight)));
     caption->setBuddy(buddy);
     return caption;
 }

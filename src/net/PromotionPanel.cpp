@@ -8,8 +8,10 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QFontMetrics>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QStyle>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
@@ -20,8 +22,29 @@ namespace quillora
 namespace
 {
 
-constexpr int kViewWidth = 468; // the classic banner size
+// The classic banner size, as a share of the panel, which grows with the font.
+constexpr int kViewWidth = 468;
+constexpr int kPanelWidth = 710;
 constexpr int kGap = 4;
+
+// Breaks a caption at spaces into the lines the button's width holds.
+QString wrapped(const QString& caption, const QPushButton* button)
+{
+    const QStyle* style = button->style();
+    const int room =
+        button->width() - 2 * (style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, button) +
+                               style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, button));
+    const QFontMetrics metrics(button->font());
+    QStringList lines;
+    for (const QString& word : caption.split(QLatin1Char(' '))) {
+        if (!lines.isEmpty() &&
+            metrics.horizontalAdvance(lines.constLast() + QLatin1Char(' ') + word) <= room)
+            lines.last() += QLatin1Char(' ') + word;
+        else
+            lines << word;
+    }
+    return lines.join(QLatin1Char('\n'));
+}
 
 } // namespace
 
@@ -30,15 +53,16 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
       m_view(new PromotionView(PicAD, m_deps.openUrl)), m_button(new QPushButton(PicAD))
 {
     const int height = PicAD->height();
-    m_view->setGeometry(0, 0, std::min(kViewWidth, PicAD->width()), height);
+    const int viewWidth = PicAD->width() * kViewWidth / kPanelWidth;
+    m_view->setGeometry(0, 0, viewWidth, height);
     m_button->setObjectName(QStringLiteral("jcbutton2"));
     m_button->setAutoDefault(false);
-    m_button->setGeometry(kViewWidth + kGap, 0, std::max(0, PicAD->width() - kViewWidth - kGap), height);
+    m_button->setGeometry(viewWidth + kGap, 0, std::max(0, PicAD->width() - viewWidth - kGap), height);
     connect(m_button, &QPushButton::clicked, this, &PromotionPanel::jcbutton2_Click);
 
     SetPromotionPlaceholder();
     m_shown = m_texts.constFirst();
-    m_button->setText(m_shown.caption);
+    showCaption();
     WriteOfflinePromotionFiles();
     m_view->viewport()->installEventFilter(this);
 
@@ -109,12 +133,19 @@ void PromotionPanel::rotate()
             m_view->navigate(QUrl(page));
         ++m_pageIndex;
         m_shown = m_texts.value(m_textIndex);
-        m_button->setText(m_shown.caption);
+        showCaption();
         ++m_textIndex;
         m_rotationCount = 0;
     }
     ++m_refetchCount;
     ++m_rotationCount;
+}
+
+// A caption too long for one line takes more; the whole of it is also the button's tool tip.
+void PromotionPanel::showCaption()
+{
+    m_button->setText(wrapped(m_shown.caption, m_button));
+    m_button->setToolTip(m_shown.caption);
 }
 
 void PromotionPanel::jcbutton2_Click()

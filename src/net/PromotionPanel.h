@@ -63,6 +63,7 @@ private:
     void FillPromotionTexts(const QString& text);
     void SetPromotionPlaceholder();
     void rotate();
+    void showCaption();
 
     PromotionPanelDeps m_deps;
     QTimer* m_timer;

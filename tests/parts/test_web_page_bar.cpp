@@ -20,7 +20,7 @@ private Q_SLOTS:
         QStringList opened;
         WebPageBar bar(
             &parent, 2, 435, [](const QString& typed) { return u"translated:"_s + typed; },
-            [&opened](const QString& address) { return opened << address, true; });
+            [&opened](const QString& address, const OpenFailed&) { opened << address; });
         auto* address = parent.findChild<QComboBox*>(u"ucComText"_s);
         auto* go = parent.findChild<QAbstractButton*>(u"jcbutton1"_s);
         for (int i = 0; i <= 10; ++i) {
