@@ -20,8 +20,6 @@ QComboBox* picker(QWidget* parent, const QString& name, int left)
 {
     auto* combo = new QComboBox(parent);
     combo->setObjectName(name);
-    // The row is fitted to the widest name of each language.
-    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     combo->setGeometry(LayoutScale::of(parent)(QRect(left, kTop, 170, kHeight)));
     return combo;
 }
