@@ -8,10 +8,8 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
-#include <QFontMetrics>
 #include <QPushButton>
 #include <QSaveFile>
-#include <QStyle>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
@@ -26,25 +24,6 @@ namespace
 constexpr int kViewWidth = 468;
 constexpr int kPanelWidth = 710;
 constexpr int kGap = 4;
-
-// Breaks a caption at spaces into the lines the button's width holds.
-QString wrapped(const QString& caption, const QPushButton* button)
-{
-    const QStyle* style = button->style();
-    const int room =
-        button->width() - 2 * (style->pixelMetric(QStyle::PM_ButtonMargin, nullptr, button) +
-                               style->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, button));
-    const QFontMetrics metrics(button->font());
-    QStringList lines;
-    for (const QString& word : caption.split(QLatin1Char(' '))) {
-        if (!lines.isEmpty() &&
-            metrics.horizontalAdvance(lines.constLast() + QLatin1Char(' ') + word) <= room)
-            lines.last() += QLatin1Char(' ') + word;
-        else
-            lines << word;
-    }
-    return lines.join(QLatin1Char('\n'));
-}
 
 } // namespace
 
@@ -62,7 +41,7 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
 
     SetPromotionPlaceholder();
     m_shown = m_texts.constFirst();
-    showCaption();
+    m_button->setText(m_shown.caption);
     WriteOfflinePromotionFiles();
     m_view->viewport()->installEventFilter(this);
 
@@ -133,19 +112,12 @@ void PromotionPanel::rotate()
             m_view->navigate(QUrl(page));
         ++m_pageIndex;
         m_shown = m_texts.value(m_textIndex);
-        showCaption();
+        m_button->setText(m_shown.caption);
         ++m_textIndex;
         m_rotationCount = 0;
     }
     ++m_refetchCount;
     ++m_rotationCount;
-}
-
-// A caption too long for one line takes more; the whole of it is also the button's tool tip.
-void PromotionPanel::showCaption()
-{
-    m_button->setText(wrapped(m_shown.caption, m_button));
-    m_button->setToolTip(m_shown.caption);
 }
 
 void PromotionPanel::jcbutton2_Click()

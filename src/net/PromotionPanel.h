@@ -63,7 +63,6 @@ private:
     void FillPromotionTexts(const QString& text);
     void SetPromotionPlaceholder();
     void rotate();
-    void showCaption();
 
     PromotionPanelDeps m_deps;
     QTimer* m_timer;

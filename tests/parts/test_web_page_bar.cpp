@@ -40,34 +40,30 @@ private Q_SLOTS:
         QCOMPARE(address->currentText(), u"site10.example"_s);
     }
 
-    // The desktop's opener runs as a process of its own: when it fails, what it said is the reason;
-    // where it is missing, the fallback is asked.
+    // xdg-open runs on its own: what it says when it fails is the reason; where it is missing, the
+    // fallback is asked.
     void desktopOpenerSaysWhy()
     {
         QTemporaryDir bin;
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", bin.path().toLocal8Bit());
-        const QString xdgOpen = bin.filePath(u"xdg-open"_s);
         QStringList reasons;
-        QList<QUrl> fallbacks;
-        for (const QByteArray& script :
-             {QByteArray("exit 0"), QByteArray("echo \"no method for '$1'\" >&2; exit 3"), QByteArray()}) {
-            QFile::remove(xdgOpen);
-            if (!script.isEmpty()) {
-                QVERIFY(test::writeFile(xdgOpen, "#!/bin/sh\n" + script + '\n'));
-                QFile::setPermissions(xdgOpen, QFile::ReadOwner | QFile::ExeOwner);
-            }
+        QList<QUrl> asked;
+        for (const char* script : {"exit 0", "echo \"no browser for $1\" >&2; exit 3", ""}) {
+            QFile::remove(bin.filePath(u"xdg-open"_s));
+            if (*script)
+                QVERIFY(
+                    test::writeFile(bin.filePath(u"xdg-open"_s), QByteArray("#!/bin/sh\n") + script) &&
+                    QFile::setPermissions(bin.filePath(u"xdg-open"_s), QFile::ReadOwner | QFile::ExeOwner));
             openWithDesktop(
-                u"http://example.org/a b"_s,
-                [&fallbacks](const QUrl& url) { return fallbacks << url, false; },
+                u"http://a.example/b c"_s, [&asked](const QUrl& url) { return asked << url, false; },
                 [&reasons](const QString& reason) { reasons << reason; });
             QTRY_VERIFY(qApp->findChildren<QProcess*>().isEmpty());
         }
         qputenv("PATH", path);
         QCOMPARE(reasons.size(), 2);
-        QCOMPARE(reasons.constFirst(), u"no method for 'http://example.org/a b'"_s);
-        QCOMPARE(fallbacks, QList<QUrl>{QUrl(u"http://example.org/a%20b"_s)});
-        QVERIFY(!reasons.constLast().isEmpty());
+        QCOMPARE(reasons.constFirst(), u"no browser for http://a.example/b c"_s);
+        QCOMPARE(asked, QList<QUrl>{QUrl(u"http://a.example/b%20c"_s)});
     }
 };
 
