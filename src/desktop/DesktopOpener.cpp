@@ -32,7 +32,10 @@ void openWithDesktop(const QString& address, const std::function<bool(const QUrl
         if (status == QProcess::NormalExit && code == 0)
             return;
         said->seek(0);
-        QString reason = QString::fromLocal8Bit(said->readAll()).trimmed();
+        // xdg-open's verdict is its last line; the ones before are the browsers it tried.
+        const QStringList lines =
+            QString::fromLocal8Bit(said->readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QString reason = lines.isEmpty() ? QString() : lines.constLast().trimmed();
         if (reason.isEmpty() && status == QProcess::NormalExit)
             reason = QStringLiteral("xdg-open: exit code %1").arg(code);
         failed(reason.isEmpty() ? opener->errorString() : reason);

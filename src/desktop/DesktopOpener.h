@@ -12,8 +12,8 @@ namespace quillora
 using OpenFailed = std::function<void(const QString& reason)>;
 
 // Hands `address` to the desktop's opener (xdg-open) exactly as written. When xdg-open cannot run,
-// `fallback` gets the address as a URL. A failure, reported by either, reaches `failed` with what
-// xdg-open said on standard error, or the reason it could not run.
+// `fallback` gets the address as a URL. A failure, reported by either, reaches `failed` with the last
+// line xdg-open wrote on standard error, or the reason it could not run.
 void openWithDesktop(const QString& address, const std::function<bool(const QUrl&)>& fallback,
                      const OpenFailed& failed);
 

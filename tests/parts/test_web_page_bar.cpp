@@ -49,7 +49,7 @@ private Q_SLOTS:
         qputenv("PATH", bin.path().toLocal8Bit());
         QStringList reasons;
         QList<QUrl> asked;
-        for (const char* script : {"exit 0", "echo \"no browser for $1\" >&2; exit 3", ""}) {
+        for (const char* script : {"exit 0", "echo tried >&2; echo \"no browser for $1\" >&2; exit 3", ""}) {
             QFile::remove(bin.filePath(u"xdg-open"_s));
             if (*script)
                 QVERIFY(
