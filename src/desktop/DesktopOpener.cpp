@@ -15,10 +15,9 @@ void openWithDesktop(const QString& address, const std::function<bool(const QUrl
     auto* opener = new QProcess(QCoreApplication::instance());
     // Standard error goes to a file, not a pipe: a browser that outlives xdg-open keeps writing there.
     auto* said = new QTemporaryFile(opener);
-    said->open();
     opener->setStandardInputFile(QProcess::nullDevice());
     opener->setStandardOutputFile(QProcess::nullDevice());
-    opener->setStandardErrorFile(said->fileName());
+    opener->setStandardErrorFile(said->open() ? said->fileName() : QProcess::nullDevice());
     QObject::connect(opener, &QProcess::errorOccurred, opener, [=](QProcess::ProcessError error) {
         if (error != QProcess::FailedToStart)
             return;
