@@ -142,10 +142,9 @@ void FormMian::buildWidgets()
 
     connect(&m_visibility, &WindowVisibility::hiddenToTray, this, &FormMian::hiddenToTray);
     // The first time in a run, the status line says where the window went and how to quit.
-    connect(&m_visibility, &WindowVisibility::hiddenToTray, this, [this] {
-        if (!std::exchange(m_trayExplained, true))
-            setStatusMessage(text(MsgKeepsRunning));
-    });
+    connect(
+        &m_visibility, &WindowVisibility::hiddenToTray, this,
+        [this] { setStatusMessage(text(MsgKeepsRunning)); }, Qt::SingleShotConnection);
     connect(m_session, &TranslationSession::busyChanged, this, [this](bool busy) {
         if (busy)
             m_held.hold();

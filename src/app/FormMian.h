@@ -103,7 +103,6 @@ private:
     int m_style = 2;
     FontSetting m_font;
     bool m_exitRequested = false;
-    bool m_trayExplained = false;
 };
 
 } // namespace quillora
