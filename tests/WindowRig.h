@@ -74,7 +74,11 @@ struct WindowRig {
         d.programPath = programPath();
         d.notice = [this](QWidget*, const NoticeRequest& request) { return notices << request, answer; };
         d.openUrl = [this](const QUrl& url) { return opened << url.toString(), true; };
-        d.openAddress = [this](const QString& address) { return opened << address, true; };
+        d.openAddress = [this](const QString& address, const OpenFailed& failed) {
+            opened << address;
+            if (!openFailure.isEmpty())
+                failed(openFailure);
+        };
         d.chooseFile = [this](QWidget*, const FileDialogRequest& r) { return fileRequests << r, fileAnswer; };
         d.runDialog = [this](QDialog* dialog) { return dialogAnswer ? dialogAnswer(dialog) : 0; };
         d.startProgram = [this](const QString& program, const QStringList& args) {
@@ -96,7 +100,8 @@ struct WindowRig {
     std::unique_ptr<TranslationEngine> engine;
     QList<NoticeRequest> notices;
     QMessageBox::StandardButton answer = QMessageBox::Ok;
-    QStringList opened; // addresses and links, in order
+    QStringList opened;  // addresses and links, in order
+    QString openFailure; // the reason an address fails to open with, if any
     QList<FileDialogRequest> fileRequests;
     QString fileAnswer;
     QList<QStringList> started;

@@ -15,7 +15,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -173,23 +172,6 @@ private Q_SLOTS:
         FormMian& f = *first->window;
         QCOMPARE(checked(f, kLanguages + kStyles + QStringList{u"menuS5"_s}), u"menuS201 STYLE:2"_s);
         QVERIFY(speaker(f, 0)->isHidden() && speaker(f, 1)->isHidden());
-    }
-
-    void captionsFitInEveryLanguage()
-    {
-        for (int language = 1; language <= 7; ++language) {
-            FormMian& w = open({{u"Language"_s, QString::number(language)}});
-            QList<QWidget*> captioned;
-            for (QLabel* label : w.findChildren<QLabel*>())
-                captioned << label;
-            captioned << named<QWidget>(w, "Check1") << named<QWidget>(w, "Check2");
-            for (QWidget* c : captioned) {
-                QVERIFY2(c->width() >= c->sizeHint().width(), qPrintable(c->property("text").toString()));
-                QVERIFY(c->geometry().right() < 710);
-            }
-            QVERIFY(combo(w, "Combo1")->width() >= 100 && combo(w, "Combo2")->width() >= 100);
-            QVERIFY(!combo(w, "Combo2")->geometry().intersects(combo(w, "Combo1")->geometry()));
-        }
     }
 
     // Menus
@@ -525,9 +507,13 @@ private Q_SLOTS:
                  rig->service.baseUrl() +
                      u"/translate?js=n&prev=_t&hl=de&ie=UTF-8&layout=2&eotf=1&sl=en&tl=fr"
                      u"&u=example.org/a b?x=1&y=2#top"_s);
-        QVERIFY(rig->service.requests().isEmpty());
+        QVERIFY(rig->service.requests().isEmpty() && w.statusMessage().isEmpty());
+        rig->openFailure = u"no browser"_s;
+        named<QAbstractButton>(w, "jcbutton1")->click();
+        QCOMPARE(w.statusMessage(), u"The web page could not be opened in a browser. Reason: no browser"_s);
     }
 
+    // With a tray the window hides there, and the first time the status line says how to quit.
     void closeMinimisesWhileExitQuits()
     {
         FormMian& w = open();
@@ -535,6 +521,14 @@ private Q_SLOTS:
         QSignalSpy exiting(&w, &FormMian::exiting);
         QVERIFY(!w.close());
         QVERIFY(w.isMinimized() && exiting.isEmpty());
+        w.setTrayPresent(true);
+        QTRY_VERIFY(w.isHidden());
+        QCOMPARE(w.statusMessage(), StringTable::text(1, MsgKeepsRunning));
+        w.setStatusMessage({});
+        w.toggleShowHide();
+        QVERIFY(!w.close());
+        QTRY_VERIFY(w.isHidden());
+        QVERIFY(w.statusMessage().isEmpty());
         w.dispatch(u"menuF3"_s);
         QVERIFY(w.exitRequested() && !monitor(w)->monitoring());
         QCOMPARE(exiting.count(), 1);

@@ -50,6 +50,9 @@ private Q_SLOTS:
         QSignalSpy failed(part, &SpeakerButtons::speechFailed);
         part->showSpeaker(0, true, {"hello", "en"});
         QVERIFY(speaker(area, 0)->isVisible() && speaker(area, 1)->isHidden());
+        // Drawn for the pixel ratio, so sharp at 2.
+        const QSize size = speaker(area, 0)->iconSize();
+        QCOMPARE(speaker(area, 0)->icon().pixmap(size, 2).toImage().size(), size * 2);
         speaker(area, 0)->click();
         QCOMPARE(failed.count(), 1);
         QCOMPARE(mappedSoundLibraries(), QStringList());

@@ -32,7 +32,7 @@ private Q_SLOTS:
         QSet<QString> languageNames;
         for (int offset = 0; offset < 1000; ++offset) {
             const bool exists = (offset >= 1 && offset <= 128 && offset != 97 && offset != 98) ||
-                                (offset >= MsgServiceRefused && offset <= ButtonCancel);
+                                (offset >= MsgServiceRefused && offset <= MsgPageNotOpened);
             QVERIFY2(StringTable::contains(language * 1000 + offset) == exists,
                      qPrintable(QString::number(offset)));
             if (!exists)

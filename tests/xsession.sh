@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command inside its own Xvfb server and D-Bus session: xsession.sh [--openbox] cmd args...
-# Xvfb picks a free display itself (-displayfd), so tests may run side by side.
+# Xvfb picks a free display itself (-displayfd), so tests may run side by side; XVFB_SCREEN sets its
+# screen (default 1280x800x24).
 set -u
 openbox=0
 if [ "${1:-}" = "--openbox" ]; then openbox=1; shift; fi
@@ -19,7 +20,7 @@ exec 3>"$rundir/display"
 # Above ordinary load where allowed: responsiveness tests measure round trips through the server.
 boost=
 [ "$(id -u)" = 0 ] && boost="nice -n -10"
-$boost Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset >"$rundir/xvfb.log" 2>&1 &
+$boost Xvfb -displayfd 3 -screen 0 "${XVFB_SCREEN:-1280x800x24}" -nolisten tcp -noreset >"$rundir/xvfb.log" 2>&1 &
 xvfb=$!
 for _ in $(seq 100); do [ -s "$rundir/display" ] && break; sleep 0.05; done
 if [ ! -s "$rundir/display" ]; then echo "Xvfb did not start" >&2; cat "$rundir/xvfb.log" >&2; exit 1; fi

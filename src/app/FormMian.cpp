@@ -21,6 +21,7 @@
 #include "ui/AccessKeyGroups.h"
 #include "ui/EnterPresses.h"
 #include "ui/HeldInput.h"
+#include "ui/LayoutScale.h"
 #include "ui/TabOrder.h"
 
 #include <QAction>
@@ -110,15 +111,16 @@ void FormMian::buildWidgets()
 
     auto* central = new QWidget(this);
     setCentralWidget(central);
+    const LayoutScale scale = LayoutScale::of(central);
     // The promotion panel keeps its place below the menu bar.
     m_picAD = new QFrame(central);
     m_picAD->setObjectName(QStringLiteral("PicAD"));
-    m_picAD->setGeometry(kMargin, kMargin, kBoxWidth, kPicAdHeight);
+    m_picAD->setGeometry(scale(QRect(kMargin, kMargin, kBoxWidth, kPicAdHeight)));
     m_translator =
         new TranslatorPane(central, m_session, m_connectivity, m_clipboard, m_engine->addresses(),
                            [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
                                   bool owned) { notice(offset, icon, buttons, owned); });
-    m_translator->move(kMargin, kMargin * 2 + kPicAdHeight);
+    m_translator->move(scale(kMargin), scale(kMargin * 2 + kPicAdHeight));
     connect(m_translator, &TranslatorPane::status, this, &FormMian::setStatusMessage);
     connect(m_translator, &TranslatorPane::translationFinished, this, [this] {
         // What the user did meanwhile comes first, then the newest copied text.
@@ -126,19 +128,26 @@ void FormMian::buildWidgets()
         m_translator->takeWaitingCopy();
         Q_EMIT translationFinished();
     });
-    const int addressTop = m_translator->geometry().bottom() + 1 + 6;
+    const int addressTop = m_translator->geometry().bottom() + 1 + scale(6);
     m_webBar = new WebPageBar(
-        central, kMargin, addressTop,
+        central, scale(kMargin), addressTop,
         [this](const QString& typed) {
             return webPageTranslationAddress(m_engine->addresses().service, m_session->InterfaceCode(),
                                              m_session->SourceCode(), m_session->TargetCode(), typed);
         },
         m_deps.openAddress);
-    central->setFixedSize(m_translator->width() + 2 * kMargin, addressTop + 24 + kMargin);
+    connect(m_webBar, &WebPageBar::openFailed, this, [this](const QString& reason) {
+        setStatusMessage(text(MsgWithReason).arg(text(MsgPageNotOpened), reason));
+    });
+    central->setFixedSize(m_translator->width() + 2 * scale(kMargin), addressTop + scale(24 + kMargin));
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     statusBar()->setSizeGripEnabled(false);
 
     connect(&m_visibility, &WindowVisibility::hiddenToTray, this, &FormMian::hiddenToTray);
+    // The first time in a run, the status line says where the window went and how to quit.
+    connect(
+        &m_visibility, &WindowVisibility::hiddenToTray, this,
+        [this] { setStatusMessage(text(MsgKeepsRunning)); }, Qt::SingleShotConnection);
     connect(m_session, &TranslationSession::busyChanged, this, [this](bool busy) {
         if (busy)
             m_held.hold();
@@ -216,7 +225,7 @@ void FormMian::applyCaptions()
     setWindowTitle(text(WindowTitle));
     m_translator->applyCaptions(language);
     m_webBar->applyCaptions(language);
-    m_webBar->fit(kBoxWidth);
+    m_webBar->fit(LayoutScale::of(this)(kBoxWidth));
     if (m_promotion)
         m_promotion->applyCaptions(language);
     assignControlAccessKeys(centralWidget(), menuBar());

@@ -56,7 +56,11 @@ enum TextOffset {
     NameUpdateDetails = 229,
     // The font chooser: its title, row labels, effects and the cancelling button.
     FontTitle = 230, FontFace = 231, FontSize = 232, FontScript = 233, FontColour = 234,
-    FontBold = 235, FontItalic = 236, FontUnderline = 237, FontStrikeOut = 238, ButtonCancel = 239
+    FontBold = 235, FontItalic = 236, FontUnderline = 237, FontStrikeOut = 238, ButtonCancel = 239,
+
+    // Project-own texts of the first minute.
+    MsgKeepsRunning = 240,      // the window went to the tray for the first time: how to quit
+    MsgPageNotOpened = 241      // Goto: no browser took the address (with MsgWithReason)
 };
 // clang-format on
 

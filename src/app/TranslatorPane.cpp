@@ -10,6 +10,7 @@
 #include "desktop/VisualStyle.h"
 #include "net/Connectivity.h"
 #include "translate/TranslationSession.h"
+#include "ui/LayoutScale.h"
 #include "ui/RowFit.h"
 
 #include <QPlainTextEdit>
@@ -49,7 +50,8 @@ TranslatorPane::TranslatorPane(QWidget* parent, TranslationSession* session, Con
 {
     setObjectName(QStringLiteral("Pic1"));
     setAutoFillBackground(true);
-    resize(kBoxWidth + 3 + kSpeakerSize, 188 + 239);
+    const LayoutScale scale = LayoutScale::of(this);
+    resize(scale(kBoxWidth + 3 + kSpeakerSize), scale(188 + 239));
     m_panes = new TextPanes(this, [this] { jcbuttonClick(ButtonRow::Paste); });
     m_pickers = new LanguagePickers(this);
     m_buttons = new ButtonRow(this);
@@ -86,8 +88,9 @@ void TranslatorPane::applyCaptions(int language)
     m_pickers->applyCaptions(language);
     m_speakers->applyCaptions(language);
     constexpr int minPickerWidth = 100;
-    fitRow(m_pickers->rowWidgets() + m_panes->checkBoxes(), m_pickers->pickers(), 0, kBoxWidth,
-           minPickerWidth);
+    const LayoutScale scale = LayoutScale::of(this);
+    fitRow(m_pickers->rowWidgets() + m_panes->checkBoxes(), m_pickers->pickers(), 0, scale(kBoxWidth),
+           scale(minPickerWidth));
 }
 
 void TranslatorPane::applyStyle(int style)

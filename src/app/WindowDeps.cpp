@@ -50,9 +50,8 @@ FormMianDeps withDefaults(FormMianDeps deps)
         deps.openUrl = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
     if (!deps.openAddress) {
         // QUrl would re-encode what the user typed; the browser gets the text as built.
-        deps.openAddress = [open = deps.openUrl](const QString& address) {
-            return QProcess::startDetached(QStringLiteral("xdg-open"), {address}) ||
-                   open(QUrl(address, QUrl::TolerantMode));
+        deps.openAddress = [open = deps.openUrl](const QString& address, const OpenFailed& failed) {
+            openWithDesktop(address, open, failed);
         };
     }
     if (!deps.chooseFile)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/DesktopOpener.h"
+
 #include <QMessageBox>
 #include <QStringList>
 #include <functional>
@@ -36,8 +38,9 @@ struct FileDialogRequest {
 };
 using FileChooser = std::function<QString(QWidget* owner, const FileDialogRequest&)>;
 using UrlOpener = std::function<bool(const QUrl&)>;
-// Opens an address exactly as written, for addresses the program builds as text.
-using AddressOpener = std::function<bool(const QString&)>;
+// Opens an address exactly as written, for addresses the program builds as text; a failure, now or
+// later, is said through the second argument.
+using AddressOpener = std::function<void(const QString& address, const OpenFailed& failed)>;
 using DialogRunner = std::function<int(QDialog*)>; // returns QDialog::DialogCode
 using ProgramStarter = std::function<bool(const QString& program, const QStringList& arguments)>;
 
@@ -51,7 +54,7 @@ struct FormMianDeps {
     QString programPath;                       // default: QCoreApplication::applicationFilePath()
     bool registerHotKey = true;                // tests on offscreen pass false
     UrlOpener openUrl;                         // default: QDesktopServices::openUrl
-    AddressOpener openAddress;                 // default: xdg-open, else openUrl
+    AddressOpener openAddress;                 // default: openWithDesktop
     FileChooser chooseFile;                    // default: a QFileDialog
     DialogRunner runDialog;                    // default: QDialog::exec
     ProgramStarter startProgram;               // default: QProcess::startDetached

@@ -1,6 +1,7 @@
 #include "desktop/ButtonRow.h"
 
 #include "app/StringTable.h"
+#include "ui/LayoutScale.h"
 
 #include <QPushButton>
 
@@ -20,10 +21,11 @@ constexpr std::array<TextOffset, ButtonRow::Count> kToolTip{MenuTranslate, TipSw
 ButtonRow::ButtonRow(QWidget* pic1) : QObject(pic1)
 {
     constexpr int top = 164, width = 114, step = 119, height = 22;
+    const LayoutScale scale = LayoutScale::of(pic1);
     for (int i = 0; i < Count; ++i) {
         auto* button = new QPushButton(pic1);
         button->setObjectName(QStringLiteral("jcbutton_%1").arg(i)); // "jcbutton1" is the address button
-        button->setGeometry(i * step, top, width, height);
+        button->setGeometry(scale(QRect(i * step, top, width, height)));
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, [this, i] { Q_EMIT clicked(i); });
         m_buttons[i] = button;

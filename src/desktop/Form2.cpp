@@ -5,6 +5,7 @@
 #include "desktop/LanguagePickers.h"
 #include "translate/LanguageCatalogue.h"
 #include "ui/AccessKeyGroups.h"
+#include "ui/RowFit.h"
 #include "ui/TabOrder.h"
 
 #include <QCheckBox>
@@ -26,6 +27,7 @@ QComboBox* makeCombo(const QString& name, const QStringList& rows, QWidget* pare
     combo->setObjectName(name);
     combo->addItems(rows);
     combo->setMaxVisibleItems(20);
+    combo->setMinimumSize(widestItemSize(combo));
     return combo;
 }
 

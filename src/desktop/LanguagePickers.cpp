@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "app/StringTable.h"
+#include "ui/LayoutScale.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -20,14 +21,14 @@ QComboBox* picker(QWidget* parent, const QString& name, int left)
 {
     auto* combo = new QComboBox(parent);
     combo->setObjectName(name);
-    combo->setGeometry(left, kTop, 170, kHeight);
+    combo->setGeometry(LayoutScale::of(parent)(QRect(left, kTop, 170, kHeight)));
     return combo;
 }
 
 QLabel* label(QWidget* parent, int left, QWidget* buddy)
 {
     auto* caption = new QLabel(parent);
-    caption->setGeometry(left, kTop, 44, kHeight);
+    caption->setGeometry(LayoutScale::of(parent)(QRect(left, kTop, 44, kHeight)));
     caption->setBuddy(buddy);
     return caption;
 }

@@ -4,9 +4,10 @@
 #include "desktop/SpeechAudio.h"
 #include "desktop/SpeechModule.h"
 #include "translate/SpeechPage.h"
+#include "ui/LayoutScale.h"
 
 #include <QCoreApplication>
-#include <QStyle>
+#include <QIcon>
 #include <QToolButton>
 #include <QUrl>
 #include <QtDebug>
@@ -20,6 +21,7 @@ namespace
 // Right of the 710-pixel-wide boxes; level with the tops of the result box and the source box.
 constexpr int kLeft = 710 + 3;
 constexpr int kSize = 18;
+constexpr int kIconSize = 16;
 constexpr std::array<int, 2> kTop{188, 0};
 
 } // namespace
@@ -28,11 +30,13 @@ SpeakerButtons::SpeakerButtons(QWidget* container, const QString& serviceBase, c
     : QObject(container), m_serviceBase(serviceBase),
       m_programFolder(programFolder.isEmpty() ? QCoreApplication::applicationDirPath() : programFolder)
 {
+    const LayoutScale scale = LayoutScale::of(container);
     for (int slot = 0; slot < 2; ++slot) {
         auto* button = new QToolButton(container);
         button->setObjectName(QStringLiteral("WebBrowser2_%1").arg(slot));
         button->setAutoRaise(true);
-        button->setGeometry(kLeft, kTop[slot], kSize, kSize);
+        button->setGeometry(scale(QRect(kLeft, kTop[slot], kSize, kSize)));
+        button->setIconSize({scale(kIconSize), scale(kIconSize)});
         button->hide();
         connect(button, &QToolButton::clicked, this, [this, slot] { play(slot); });
         m_buttons[slot] = button;
@@ -53,9 +57,9 @@ void SpeakerButtons::applyCaptions(int language)
 void SpeakerButtons::showSpeaker(int slot, bool shown, const SpokenText& text)
 {
     m_spoken[slot] = text;
-    // The icon comes from the icon theme, a lookup that start-up need not wait for.
+    // A vector picture, drawn at the screen's pixel ratio when painted; start-up need not load it.
     if (shown && m_buttons[slot]->icon().isNull())
-        m_buttons[slot]->setIcon(m_buttons[slot]->style()->standardIcon(QStyle::SP_MediaVolume));
+        m_buttons[slot]->setIcon(QIcon(QStringLiteral(":/icons/speaker.svg")));
     m_buttons[slot]->setVisible(shown);
 }
 

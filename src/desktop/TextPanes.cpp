@@ -4,6 +4,7 @@
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/ModFont.h"
+#include "ui/LayoutScale.h"
 
 #include <QCheckBox>
 #include <QPlainTextEdit>
@@ -42,12 +43,13 @@ QCheckBox* checkBox(QWidget* parent, const QString& name, const QRect& rect)
 } // namespace
 
 TextPanes::TextPanes(QWidget* pic1, std::function<void()> paste)
-    : QObject(pic1), m_source(namedBox(pic1, kSourceRect, QStringLiteral("sourceBox"))),
-      m_result(namedBox(pic1, kResultRect, QStringLiteral("resultBox"))),
-      m_phonetic(namedBox(pic1, kPhoneticRect, QStringLiteral("phoneticBox"))),
-      m_dictionary(namedBox(pic1, kDictionaryRect, QStringLiteral("dictionaryBox"))),
-      m_check1(checkBox(pic1, QStringLiteral("Check1"), QRect(452, 139, 128, 22))),
-      m_check2(checkBox(pic1, QStringLiteral("Check2"), QRect(584, 139, 126, 22)))
+    : QObject(pic1), m_scale(LayoutScale::of(pic1)),
+      m_source(namedBox(pic1, m_scale(kSourceRect), QStringLiteral("sourceBox"))),
+      m_result(namedBox(pic1, m_scale(kResultRect), QStringLiteral("resultBox"))),
+      m_phonetic(namedBox(pic1, m_scale(kPhoneticRect), QStringLiteral("phoneticBox"))),
+      m_dictionary(namedBox(pic1, m_scale(kDictionaryRect), QStringLiteral("dictionaryBox"))),
+      m_check1(checkBox(pic1, QStringLiteral("Check1"), m_scale(QRect(452, 139, 128, 22)))),
+      m_check2(checkBox(pic1, QStringLiteral("Check2"), m_scale(QRect(584, 139, 126, 22))))
 {
     new PasteRoute(m_source, std::move(paste));
     connect(m_check1, &QCheckBox::toggled, this, &TextPanes::tile);
@@ -97,14 +99,14 @@ void TextPanes::tile()
     const bool phonetic = m_check1->isChecked();
     const bool dictionary = m_check2->isChecked();
     if (phonetic && dictionary) {
-        m_result->setGeometry(kResultRect);
-        m_phonetic->setGeometry(kPhoneticRect);
-        m_dictionary->setGeometry(kDictionaryRect);
+        m_result->setGeometry(m_scale(kResultRect));
+        m_phonetic->setGeometry(m_scale(kPhoneticRect));
+        m_dictionary->setGeometry(m_scale(kDictionaryRect));
     } else if (phonetic || dictionary) {
-        m_result->setGeometry(kResultRect);
-        (phonetic ? m_phonetic : m_dictionary)->setGeometry(kLowerPaneWideRect);
+        m_result->setGeometry(m_scale(kResultRect));
+        (phonetic ? m_phonetic : m_dictionary)->setGeometry(m_scale(kLowerPaneWideRect));
     } else {
-        m_result->setGeometry(kResultTallRect);
+        m_result->setGeometry(m_scale(kResultTallRect));
     }
     m_phonetic->setVisible(phonetic);
     m_dictionary->setVisible(dictionary);

@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "desktop/ResultsFile.h"
+#include "ui/LayoutScale.h"
 
 #include <QList>
 #include <QObject>
@@ -14,9 +15,9 @@ class QWidget;
 namespace quillora
 {
 
-// The four text boxes in their fixed places, the two check boxes that show the romanization and
-// dictionary panes with the tiling of the result area, their font and their reading direction.
-// Object names: "sourceBox", "resultBox", "phoneticBox", "dictionaryBox", "Check1", "Check2".
+// The four text boxes in their fixed places (grown with the font, see LayoutScale), the two check boxes that
+// show the romanization and dictionary panes with the tiling of the result area, their font and their reading
+// direction. Object names: "sourceBox", "resultBox", "phoneticBox", "dictionaryBox", "Check1", "Check2".
 class TextPanes : public QObject
 {
     Q_OBJECT
@@ -47,6 +48,7 @@ public:
 private:
     void tile();
 
+    LayoutScale m_scale;
     QPlainTextEdit* m_source;
     QPlainTextEdit* m_result;
     QPlainTextEdit* m_phonetic;

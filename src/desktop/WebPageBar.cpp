@@ -1,10 +1,12 @@
 #include "desktop/WebPageBar.h"
 
 #include "app/StringTable.h"
+#include "ui/LayoutScale.h"
 #include "ui/RowFit.h"
 
 #include <QComboBox>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 
 namespace quillora
@@ -22,14 +24,15 @@ WebPageBar::WebPageBar(QWidget* parent, int left, int top, AddressFor addressFor
     : QObject(parent), m_label(new QLabel(parent)), m_address(new QComboBox(parent)),
       m_go(new QPushButton(parent)), m_addressFor(std::move(addressFor)), m_open(std::move(open))
 {
-    m_label->setGeometry(left, top, 170, kHeight);
+    const LayoutScale scale = LayoutScale::of(parent);
+    m_label->setGeometry(left, top, scale(170), scale(kHeight));
     m_address->setObjectName(QStringLiteral("ucComText"));
     m_address->setEditable(true);
     m_address->setInsertPolicy(QComboBox::NoInsert);
-    m_address->setGeometry(left + 174, top, 440, kHeight);
+    m_address->setGeometry(left + scale(174), top, scale(440), scale(kHeight));
     m_label->setBuddy(m_address);
     m_go->setObjectName(QStringLiteral("jcbutton1"));
-    m_go->setGeometry(left + 620, top, 90, kHeight);
+    m_go->setGeometry(left + scale(620), top, scale(90), scale(kHeight));
     m_go->setAutoDefault(false);
     connect(m_go, &QPushButton::clicked, this, &WebPageBar::go);
 }
@@ -48,14 +51,18 @@ void WebPageBar::setAddressText(const QString& text)
 void WebPageBar::fit(int width)
 {
     constexpr int minAddressWidth = 150;
-    fitRow({m_label, m_address, m_go}, {m_address}, m_label->x(), width, minAddressWidth);
+    fitRow({m_label, m_address, m_go}, {m_address}, m_label->x(), width,
+           LayoutScale::of(m_label)(minAddressWidth));
 }
 
 // What was typed goes to the service as typed, only trimmed; the list keeps it untrimmed.
 void WebPageBar::go()
 {
     const QString typed = m_address->currentText();
-    m_open(m_addressFor(typed.trimmed()));
+    m_open(m_addressFor(typed.trimmed()), [bar = QPointer<WebPageBar>(this)](const QString& reason) {
+        if (bar)
+            Q_EMIT bar->openFailed(reason);
+    });
     m_address->addItem(typed);
     if (m_address->count() > kRemembered)
         m_address->removeItem(0);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/DesktopOpener.h"
+
 #include <QObject>
 #include <functional>
 
@@ -18,7 +20,7 @@ class WebPageBar : public QObject
     Q_OBJECT
 public:
     using AddressFor = std::function<QString(const QString& typed)>; // the translated page's address
-    using Opener = std::function<bool(const QString& address)>;
+    using Opener = std::function<void(const QString& address, const OpenFailed& failed)>;
 
     WebPageBar(QWidget* parent, int left, int top, AddressFor addressFor, Opener open);
 
@@ -26,6 +28,10 @@ public:
     void setAddressText(const QString& text);
     // Lays the row out for its captions across `width`.
     void fit(int width);
+
+Q_SIGNALS:
+    // The translated page could not be opened, for the system's `reason`.
+    void openFailed(const QString& reason);
 
 private:
     void go();

@@ -22,7 +22,9 @@ namespace quillora
 namespace
 {
 
-constexpr int kViewWidth = 468; // the classic banner size
+// The classic banner size, as a share of the panel, which grows with the font.
+constexpr int kViewWidth = 468;
+constexpr int kPanelWidth = 710;
 constexpr int kGap = 4;
 
 } // namespace
@@ -32,10 +34,11 @@ PromotionPanel::PromotionPanel(QWidget* PicAD, PromotionPanelDeps deps)
       m_view(new PromotionView(PicAD, m_deps.openUrl)), m_button(new QPushButton(PicAD))
 {
     const int height = PicAD->height();
-    m_view->setGeometry(0, 0, std::min(kViewWidth, PicAD->width()), height);
+    const int viewWidth = PicAD->width() * kViewWidth / kPanelWidth;
+    m_view->setGeometry(0, 0, viewWidth, height);
     m_button->setObjectName(QStringLiteral("jcbutton2"));
     m_button->setAutoDefault(false);
-    m_button->setGeometry(kViewWidth + kGap, 0, std::max(0, PicAD->width() - kViewWidth - kGap), height);
+    m_button->setGeometry(viewWidth + kGap, 0, std::max(0, PicAD->width() - viewWidth - kGap), height);
     connect(m_button, &QPushButton::clicked, this, &PromotionPanel::jcbutton2_Click);
 
     SetPromotionPlaceholder();

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QList>
+#include <QSize>
 
+class QComboBox;
 class QWidget;
 
 namespace quillora
@@ -11,5 +13,9 @@ namespace quillora
 // captions take the width their text needs, the `shared` widgets split what is left, never below
 // `minShared` each.
 void fitRow(const QList<QWidget*>& row, const QList<QWidget*>& shared, int left, int width, int minShared);
+
+// The size `combo` needs to show its widest item whole, by its advance and by the height of the fonts
+// that draw it (the fallback fonts of Thai or Chinese are often taller than the widget's own).
+QSize widestItemSize(const QComboBox* combo);
 
 } // namespace quillora
