@@ -15,7 +15,8 @@ CommandResult runCommand(const QString& program, const QStringList& arguments, c
     QProcess process;
     process.setEnvironment(QProcess::systemEnvironment() + environment);
     process.start(program, arguments);
-    CommandResult result{process.waitForStarted(timeoutMs)};
+    CommandResult result;
+    result.started = process.waitForStarted(timeoutMs);
     process.write(input);
     process.closeWriteChannel();
     if (!result.started ||

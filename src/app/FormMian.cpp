@@ -1,5 +1,6 @@
 #include "app/FormMian.h"
 
+#include "app/HotKeyBinding.h"
 #include "app/LocaleChoice.h"
 #include "app/StringTable.h"
 #include "app/TranslatorPane.h"
@@ -7,7 +8,6 @@
 #include "desktop/AutoStart.h"
 #include "desktop/ButtonRow.h"
 #include "desktop/CommandMenus.h"
-#include "desktop/ModHotKey.h"
 #include "desktop/ModmonClip.h"
 #include "desktop/TextPanes.h"
 #include "desktop/WebPageBar.h"
@@ -85,12 +85,18 @@ void FormMian::Form_Load()
                       this, m_engine->addresses(), m_deps.openUrl);
     connect(m_sites, &SitesMenu::triggered, this, &FormMian::dispatch);
     readMarks();
-    applyStyle();
+    m_translator->applyStyle(m_style);
     applyCaptions();
     applyOptions();
     m_font = parseFont(m_deps.settings->fontText()).font;
     m_translator->applyFont(m_font);
-    registerHotKey();
+    if (m_deps.registerHotKey) {
+        m_hotKey = new HotKeyBinding(this);
+        connect(m_hotKey, &HotKeyBinding::activated, this, &FormMian::toggleShowHide);
+        connect(m_hotKey, &HotKeyBinding::problem, this,
+                [this](int offset) { setStatusMessage(text(offset)); });
+        m_hotKey->bind();
+    }
     m_webBar->setAddressText(m_engine->addresses().webAddressBoxDefault());
     buildServices();
 }
@@ -178,26 +184,6 @@ void FormMian::buildServices()
     orderTabsByScreen(this);
 }
 
-void FormMian::registerHotKey()
-{
-    if (!m_deps.registerHotKey)
-        return;
-    m_hotKey = GlobalHotKey::create();
-    connect(m_hotKey.get(), &GlobalHotKey::activated, this, &FormMian::toggleShowHide);
-    // A key held by another program has its own text, shown before the reason arrives.
-    auto taken = std::make_shared<bool>(false);
-    connect(m_hotKey.get(), &GlobalHotKey::keyTaken, this, [this, taken] {
-        *taken = true;
-        setStatusMessage(text(MsgHotKeyTaken));
-    });
-    connect(m_hotKey.get(), &GlobalHotKey::unavailable, this, [this, taken](const QString& reason) {
-        qWarning("Global key F11 unavailable: %s", qPrintable(reason));
-        if (!*taken)
-            setStatusMessage(text(MsgHotKeyOff));
-    });
-    m_hotKey->registerKey();
-}
-
 void FormMian::readMarks()
 {
     const Settings& settings = *m_deps.settings;
@@ -208,11 +194,6 @@ void FormMian::readMarks()
     m_menus->action(QStringLiteral("menuS5"))->setChecked(settings.autoCopy());
     m_style = settings.style();
     m_menus->checkStyleItem(m_style);
-}
-
-void FormMian::applyStyle()
-{
-    m_translator->applyStyle(m_style);
 }
 
 // Captions differ in length between languages: labels and check boxes take the room their text
@@ -308,7 +289,7 @@ void FormMian::run(const CommandChoice& choice)
     case Command::Style:
         m_deps.settings->setStyle(choice.argument);
         m_style = choice.argument;
-        applyStyle();
+        m_translator->applyStyle(m_style);
         break;
     case Command::OnlineHelp:
     case Command::Home:
@@ -410,7 +391,7 @@ void FormMian::closeEvent(QCloseEvent* event)
     }
     m_clipboard->setMonitoring(false);
     if (m_hotKey)
-        m_hotKey->releaseKey();
+        m_hotKey->release();
     event->accept();
     Q_EMIT exiting();
 }

@@ -19,7 +19,7 @@ namespace quillora
 class ClipboardMonitor;
 class CommandMenus;
 class ConnectivityProbe;
-class GlobalHotKey;
+class HotKeyBinding;
 class PromotionPanel;
 class SitesMenu;
 class TranslationSession;
@@ -73,9 +73,7 @@ private:
     void Form_Load();
     void buildWidgets();
     void buildServices();
-    void registerHotKey();
     void readMarks();
-    void applyStyle();
     void applyCaptions();
     void applyOptions();
     void setLanguage(int number);
@@ -92,7 +90,7 @@ private:
     ConnectivityProbe* m_connectivity = nullptr;
     TranslationEngine* m_engine = nullptr;
     TranslationSession* m_session = nullptr;
-    std::unique_ptr<GlobalHotKey> m_hotKey;
+    HotKeyBinding* m_hotKey = nullptr;
     QFrame* m_picAD = nullptr;
     TranslatorPane* m_translator = nullptr;
     WebPageBar* m_webBar = nullptr;
