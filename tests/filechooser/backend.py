@@ -61,9 +61,13 @@ def on_call(conn, sender, path, iface, method, params, invocation):
     current = options.get("current_filter")
     shown = listed(current[1]) if current else (filters[0]["listed"] if filters else [])
     if method == "OpenFile" and choice["file"] not in shown:
-        return invocation.return_value(GLib.Variant("(ua{sv})", (1, {})))
-    uri = "file://" + os.path.join(choice["folder"], choice["file"])
-    return invocation.return_value(GLib.Variant("(ua{sv})", (0, {"uris": GLib.Variant("as", [uri])})))
+        answer = (1, {})
+    else:
+        uri = "file://" + os.path.join(choice["folder"], choice["file"])
+        answer = (0, {"uris": GLib.Variant("as", [uri])})
+    # A moment later, as a person answers: Qt 6.4 starts listening for the answer only once the
+    # front-end has told it where the request lives, and an answer before that is lost.
+    GLib.timeout_add(1000, lambda: invocation.return_value(GLib.Variant("(ua{sv})", answer)) and False)
 
 
 def on_bus(conn, name):
