@@ -107,16 +107,19 @@ class TrayTest : public QObject
     QTemporaryDir m_dir;
     QProcess m_tray;
 
+    // Down means gone from the X server too, which learns of a killed client a moment after its end.
     bool trayUp(bool up = true)
     {
         if (!up) {
             m_tray.kill();
-            return m_tray.waitForFinished();
-        }
-        if (m_tray.state() == QProcess::NotRunning)
+            m_tray.waitForFinished();
+        } else if (m_tray.state() == QProcess::NotRunning) {
             m_tray.start("trayer",
                          {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"});
-        return eventually([] { return !run("xdotool", {"search", "--classname", "^panel$"}).isEmpty(); });
+        }
+        return eventually([up] {
+            return run("xdotool", {"search", "--classname", "^panel$"}).isEmpty() != up;
+        });
     }
     bool start(QProcess& program, const QStringList& args, bool waitForIcon = true)
     {
