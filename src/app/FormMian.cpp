@@ -196,8 +196,8 @@ void FormMian::readMarks()
     m_menus->checkStyleItem(m_style);
 }
 
-// Captions differ in length between languages: labels and check boxes take the room their text
-// needs, the pickers and the address box share what is left of their rows.
+// Captions differ in length between languages: labels and check boxes take the room their text needs,
+// the pickers and the address box share the rest. At load the keys wait for the promotion button.
 void FormMian::applyCaptions()
 {
     const int language = m_language.toInt();
@@ -207,9 +207,10 @@ void FormMian::applyCaptions()
     m_translator->applyCaptions(language);
     m_webBar->applyCaptions(language);
     m_webBar->fit(LayoutScale::of(this)(kBoxWidth));
-    if (m_promotion)
+    if (m_promotion) {
         m_promotion->applyCaptions(language);
-    assignControlAccessKeys(centralWidget(), menuBar());
+        assignControlAccessKeys(centralWidget(), menuBar());
+    }
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;
