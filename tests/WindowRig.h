@@ -89,6 +89,8 @@ struct WindowRig {
     FormMian& open(const FormMianDeps& d)
     {
         window = std::make_unique<FormMian>(d);
+        // Not shown, the window starts its out-of-sight work as soon as events run.
+        QCoreApplication::processEvents();
         return *window;
     }
     QString programPath() const { return dir.filePath(QStringLiteral("quillora")); }

@@ -20,6 +20,7 @@
 #include "translate/WebPageAddress.h"
 #include "ui/AccessKeyGroups.h"
 #include "ui/EnterPresses.h"
+#include "ui/FirstShowing.h"
 #include "ui/HeldInput.h"
 #include "ui/LayoutScale.h"
 #include "ui/TabOrder.h"
@@ -87,18 +88,12 @@ void FormMian::Form_Load()
     readMarks();
     m_translator->applyStyle(m_style);
     applyCaptions();
-    applyOptions();
+    const std::optional<bool> monitoring = applyOptions();
     m_font = parseFont(m_deps.settings->fontText()).font;
     m_translator->applyFont(m_font);
-    if (m_deps.registerHotKey) {
-        m_hotKey = new HotKeyBinding(this);
-        connect(m_hotKey, &HotKeyBinding::activated, this, &FormMian::toggleShowHide);
-        connect(m_hotKey, &HotKeyBinding::problem, this,
-                [this](int offset) { setStatusMessage(text(offset)); });
-        m_hotKey->bind();
-    }
     m_webBar->setAddressText(m_engine->addresses().webAddressBoxDefault());
-    buildServices();
+    finishWidgets();
+    new FirstShowing(this, [this, monitoring] { startServices(monitoring); });
 }
 
 void FormMian::buildWidgets()
@@ -160,20 +155,8 @@ void FormMian::buildWidgets()
     });
 }
 
-void FormMian::buildServices()
+void FormMian::finishWidgets()
 {
-    UpdateCheckDeps check;
-    check.connectivity = m_connectivity;
-    check.notice = [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons) {
-        NoticeRequest request{icon, text(NoticeTitle), text(offset), buttons, true};
-        return m_deps.notice(this, request);
-    };
-    check.openUrl = m_deps.openUrl;
-    check.startProgram = m_deps.startProgram;
-    check.exitProgram = [this] { requestExit(); };
-    check.programPath = m_deps.programPath;
-    check.addresses = m_engine->addresses();
-    new UpdateCheck(std::move(check), this);
     m_promotion = new PromotionPanel(
         m_picAD, {m_connectivity, m_deps.openUrl, m_engine->addresses(), m_session->tempFolder()});
     m_promotion->applyCaptions(m_language.toInt());
@@ -182,6 +165,26 @@ void FormMian::buildServices()
     keys();
     pressOnEnter(centralWidget());
     orderTabsByScreen(this);
+}
+
+// Key, clipboard and update check work out of sight: they start once the window is on screen.
+void FormMian::startServices(std::optional<bool> monitoring)
+{
+    m_clipboard->connectReader();
+    applyMonitoring(monitoring);
+    if (m_deps.registerHotKey) {
+        m_hotKey = new HotKeyBinding(this);
+        connect(m_hotKey, &HotKeyBinding::activated, this, &FormMian::toggleShowHide);
+        connect(m_hotKey, &HotKeyBinding::problem, this,
+                [this](int offset) { setStatusMessage(text(offset)); });
+        m_hotKey->bind();
+    }
+    const auto ask = [this](int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons) {
+        return notice(offset, icon, buttons, true);
+    };
+    new UpdateCheck({m_connectivity, ask, m_deps.openUrl, m_deps.startProgram, [this] { requestExit(); },
+                     m_deps.programPath, m_engine->addresses()},
+                    this);
 }
 
 void FormMian::readMarks()
@@ -214,15 +217,20 @@ void FormMian::applyCaptions()
 }
 
 // The stored "Options", in the order 0, 1, 2, 3, 4, 6, 5, stopping at the first that does not read;
-// the text area applies all but clipboard monitoring.
-void FormMian::applyOptions()
+// the text area applies all but clipboard monitoring, which is left to applyMonitoring().
+std::optional<bool> FormMian::applyOptions()
 {
     const Options options = m_deps.settings->options();
-    if (!m_translator->applyOptions(options) || !options.monitorClipboard)
+    return m_translator->applyOptions(options) ? options.monitorClipboard : std::nullopt;
+}
+
+void FormMian::applyMonitoring(std::optional<bool> on)
+{
+    if (!on)
         return;
     // A restart takes the clipboard's current text again, also when monitoring already ran.
     m_clipboard->setMonitoring(false);
-    m_clipboard->setMonitoring(*options.monitorClipboard);
+    m_clipboard->setMonitoring(*on);
 }
 
 QString FormMian::text(int offset) const
@@ -230,9 +238,10 @@ QString FormMian::text(int offset) const
     return uiText(m_language, offset);
 }
 
-void FormMian::notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned)
+QMessageBox::StandardButton FormMian::notice(int offset, QMessageBox::Icon icon,
+                                             QMessageBox::StandardButtons buttons, bool owned)
 {
-    m_deps.notice(this, {icon, text(NoticeTitle), text(offset), buttons, owned});
+    return m_deps.notice(this, {icon, text(NoticeTitle), text(offset), buttons, owned});
 }
 
 void FormMian::dispatch(const QString& key)
@@ -279,7 +288,7 @@ void FormMian::run(const CommandChoice& choice)
         break;
     case Command::Options:
         if (m_dialogs.options(m_language.toInt()))
-            applyOptions();
+            applyMonitoring(applyOptions());
         break;
     case Command::Font:
         m_font = m_dialogs.chooseFont(m_font, m_language.toInt());
@@ -347,21 +356,6 @@ bool FormMian::isTranslating() const
 QMenu* FormMian::systemMenu() const
 {
     return m_menus->bar(QStringLiteral("SYSMENU"));
-}
-
-void FormMian::toggleShowHide()
-{
-    m_visibility.toggle();
-}
-
-void FormMian::setTrayPresent(bool present)
-{
-    m_visibility.setTrayPresent(present);
-}
-
-bool FormMian::trayPresent() const
-{
-    return m_visibility.trayPresent();
 }
 
 QString FormMian::statusMessage() const

@@ -9,6 +9,7 @@
 
 #include <QMainWindow>
 #include <memory>
+#include <optional>
 
 class QFrame;
 class QMenu;
@@ -49,12 +50,12 @@ public:
     void dispatch(const QString& key);
     void runCommand(const CommandChoice& choice);
 
-    void toggleShowHide();
+    void toggleShowHide() { m_visibility.toggle(); }
     // "Exit": sets the exit flag and closes for real.
     void requestExit();
     bool exitRequested() const { return m_exitRequested; }
-    void setTrayPresent(bool present);
-    bool trayPresent() const;
+    void setTrayPresent(bool present) { m_visibility.setTrayPresent(present); }
+    bool trayPresent() const { return m_visibility.trayPresent(); }
 
     QString interfaceLanguage() const { return m_language; } // "1".."7"
     QString statusMessage() const;
@@ -72,15 +73,18 @@ protected:
 private:
     void Form_Load();
     void buildWidgets();
-    void buildServices();
+    void finishWidgets();
+    void startServices(std::optional<bool> monitoring);
     void readMarks();
     void applyCaptions();
-    void applyOptions();
+    std::optional<bool> applyOptions();
+    void applyMonitoring(std::optional<bool> on);
     void setLanguage(int number);
     void run(const CommandChoice& choice);
 
     QString text(int offset) const;
-    void notice(int offset, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, bool owned);
+    QMessageBox::StandardButton notice(int offset, QMessageBox::Icon icon,
+                                       QMessageBox::StandardButtons buttons, bool owned);
 
     FormMianDeps m_deps;
     DialogCommands m_dialogs;

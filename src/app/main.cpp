@@ -6,6 +6,7 @@
 #include "app/StringTable.h"
 #include "desktop/PlatformChoice.h"
 #include "desktop/SysTray.h"
+#include "ui/FirstShowing.h"
 #include "ui/FocusMarkStyle.h"
 #include "ui/ShownReport.h"
 
@@ -17,6 +18,7 @@
 #include <csignal>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -120,10 +122,15 @@ int main(int argc, char* argv[])
     if (ShownReport::wanted())
         app.installEventFilter(&shownReport);
 
-    SysTray tray(&window);
-    if (!command.startsHidden())
+    std::optional<SysTray> tray;
+    if (!command.startsHidden()) {
         window.show();
-    else if (window.trayPresent())
+        // The icon is set up once the window is on screen, which it would otherwise hold up.
+        new FirstShowing(&window, [&tray, &window] { tray.emplace(&window).AddTrayIcon(); });
+        return app.exec();
+    }
+    tray.emplace(&window);
+    if (window.trayPresent())
         window.setWindowState(Qt::WindowMinimized); // stays hidden: only the icon shows
     else {
         // No tray to hide in: minimised in the task bar it stays reachable. The state has to be set
@@ -131,7 +138,7 @@ int main(int argc, char* argv[])
         window.show();
         window.setWindowState(window.windowState() | Qt::WindowMinimized);
     }
-    tray.AddTrayIcon();
+    tray->AddTrayIcon();
 
     return app.exec();
 }

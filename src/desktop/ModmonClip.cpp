@@ -14,6 +14,13 @@ namespace quillora
 ClipboardMonitor::ClipboardMonitor(QClipboard* clipboard, QObject* parent)
     : QObject(parent), m_clipboard(clipboard)
 {
+}
+
+// A connection of its own costs round trips to the display server: made when first needed.
+void ClipboardMonitor::connectReader()
+{
+    if (std::exchange(m_connected, true))
+        return;
     const QString platform = QGuiApplication::platformName();
     if (platform == QLatin1String("xcb"))
         if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
@@ -48,6 +55,7 @@ void ClipboardMonitor::setMonitoring(bool on)
 {
     if (on == m_on)
         return;
+    connectReader();
     m_on = on;
     if (m_x11)
         return m_x11->setWatching(on);
@@ -65,6 +73,7 @@ void ClipboardMonitor::setMonitoring(bool on)
 
 void ClipboardMonitor::requestPaste()
 {
+    connectReader();
     if (m_x11)
         return m_x11->read(ForPaste);
     if (m_wayland)

@@ -41,6 +41,10 @@ public:
     // Reads the clipboard for Paste; pasteText() follows when it holds text to take.
     void requestPaste();
 
+    // Idempotent; monitoring and Paste connect by themselves. On Wayland the window's own copies
+    // reach other programs from the background only once connected.
+    void connectReader();
+
 Q_SIGNALS:
     // Non-empty text copied by another program.
     void textCopied(const QString& text);
@@ -65,6 +69,7 @@ private:
     bool m_on = false;
     bool m_ownCopy = false;
     bool m_focusOnly = false;
+    bool m_connected = false;
 };
 
 } // namespace quillora
