@@ -68,6 +68,7 @@ private:
 int reportUpdaterKept(const QString& path, const QString& reason)
 {
     const QString language = interfaceLanguageFor(Settings().language());
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
     const QString text =
         uiText(language, MsgWithReason).arg(uiText(language, MsgUpdaterKept).arg(path), reason);
     std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(text));
@@ -94,7 +95,6 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Quillora"));
     QApplication::setApplicationVersion(versionText());
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
     QApplication::setStyle(new FocusMarkStyle(QApplication::style()->name()));
 
     // The window spends most of its life hidden in the tray; only the exit commands end the program.
@@ -123,13 +123,17 @@ int main(int argc, char* argv[])
         app.installEventFilter(&shownReport);
 
     std::optional<SysTray> tray;
+    const auto withIcons = [&tray, &window] {
+        QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+        return &tray.emplace(&window);
+    };
     if (!command.startsHidden()) {
         window.show();
-        // The icon is set up once the window is on screen, which it would otherwise hold up.
-        new FirstShowing(&window, [&tray, &window] { tray.emplace(&window).AddTrayIcon(); });
+        // Drawing the icons at all their sizes would hold up the window's first showing.
+        new FirstShowing(&window, [withIcons] { withIcons()->AddTrayIcon(); });
         return app.exec();
     }
-    tray.emplace(&window);
+    withIcons();
     if (window.trayPresent())
         window.setWindowState(Qt::WindowMinimized); // stays hidden: only the icon shows
     else {

@@ -44,8 +44,14 @@ void CommandMenus::build(QMainWindow* window)
         auto* menu = new QMenu(row.builtIn, window);
         menu->setObjectName(row.opens);
         menu->menuAction()->setObjectName(row.key);
-        // Items that come later (the sites list) get their keys before they show.
-        connect(menu, &QMenu::aboutToShow, menu, [menu] { assignMenuAccessKeys(menu); });
+        // Items that come later (the sites list) get their keys before they show. Icons are drawn
+        // only in an open menu, and reading them costs the program's start: made when first needed.
+        connect(menu, &QMenu::aboutToShow, menu, [this, menu] {
+            for (QAction* item : menu->actions())
+                if (m_icons.contains(item))
+                    item->setIcon(QIcon(QStringLiteral(":/icons/icon%1.svg").arg(m_icons.take(item))));
+            assignMenuAccessKeys(menu);
+        });
         m_bars.insert(row.opens, menu);
     }
     QMenuBar* menuBar = window->menuBar();
@@ -88,7 +94,7 @@ QAction* CommandMenus::addItem(const MenuItemDef& row)
         break;
     }
     if (row.icon >= 0)
-        item->setIcon(QIcon(QStringLiteral(":/icons/icon%1.svg").arg(row.icon)));
+        m_icons.insert(item, row.icon);
     if (row.kind == MenuItemDef::Check || row.kind == MenuItemDef::Option)
         item->setCheckable(true);
     const bool language = row.kind == MenuItemDef::Option && row.bar == kLanguageMenu;

@@ -41,6 +41,7 @@ private:
 
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_bars;
+    QHash<QAction*, int> m_icons; // not yet set, by icon number
     QMenuBar* m_menuBar = nullptr;
     QActionGroup* m_languages;
     QActionGroup* m_styles;
