@@ -2,7 +2,6 @@
 #include "desktop/LanguagePickers.h"
 #include "desktop/TextPanes.h"
 #include "desktop/VisualStyle.h"
-#include "parts/Parts.h"
 #include "ui/FocusMarkStyle.h"
 
 #include <QApplication>
@@ -63,10 +62,5 @@ private Q_SLOTS:
     }
 };
 
-int testFocusMark(int argc, char** argv)
-{
-    TestFocusMark test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestFocusMark)
 #include "test_focus_mark.moc"

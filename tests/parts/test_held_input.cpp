@@ -1,4 +1,3 @@
-#include "parts/Parts.h"
 #include "ui/HeldInput.h"
 
 #include <QAction>
@@ -77,10 +76,5 @@ private Q_SLOTS:
     }
 };
 
-int testHeldInput(int argc, char** argv)
-{
-    TestHeldInput test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestHeldInput)
 #include "test_held_input.moc"

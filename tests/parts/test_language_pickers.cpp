@@ -1,6 +1,5 @@
 #include "app/StringTable.h"
 #include "desktop/LanguagePickers.h"
-#include "parts/Parts.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -63,10 +62,5 @@ private Q_SLOTS:
     }
 };
 
-int testLanguagePickers(int argc, char** argv)
-{
-    TestLanguagePickers test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestLanguagePickers)
 #include "test_language_pickers.moc"

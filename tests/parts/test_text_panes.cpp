@@ -1,6 +1,5 @@
 #include "app/UniTextBox.h"
 #include "desktop/TextPanes.h"
-#include "parts/Parts.h"
 
 #include <QCheckBox>
 #include <QPlainTextEdit>
@@ -100,10 +99,5 @@ private Q_SLOTS:
     }
 };
 
-int testTextPanes(int argc, char** argv)
-{
-    TestTextPanes test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestTextPanes)
 #include "test_text_panes.moc"

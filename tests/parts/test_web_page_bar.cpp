@@ -1,6 +1,5 @@
 #include "TestSupport.h"
 #include "desktop/WebPageBar.h"
-#include "parts/Parts.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -67,10 +66,5 @@ private Q_SLOTS:
     }
 };
 
-int testWebPageBar(int argc, char** argv)
-{
-    TestWebPageBar test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestWebPageBar)
 #include "test_web_page_bar.moc"

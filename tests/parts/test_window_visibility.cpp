@@ -1,5 +1,4 @@
 #include "app/WindowVisibility.h"
-#include "parts/Parts.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -53,10 +52,5 @@ private Q_SLOTS:
     }
 };
 
-int testWindowVisibility(int argc, char** argv)
-{
-    TestWindowVisibility test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestWindowVisibility)
 #include "test_window_visibility.moc"
