@@ -1,11 +1,18 @@
 #include "WindowRig.h"
+#include "app/AccessKeys.h"
 #include "app/StringTable.h"
 #include "desktop/Form2.h"
+#include "desktop/ModFont.h"
+#include "net/Form1.h"
+#include "net/FormAbout.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLayout>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QStyleOption>
 #include <QTest>
@@ -85,6 +92,19 @@ QStringList cut(const QWidget& top)
     return found;
 }
 
+// Whether `name` is a text of the language's table, mnemonics dropped, "%1" standing for anything.
+bool fromTable(int language, const QString& name)
+{
+    for (int id = language * 1000 + 1; id < language * 1000 + 1000; ++id) {
+        if (!StringTable::contains(id))
+            continue;
+        const QStringList parts = StringTable::text(id).remove(u'&').trimmed().split(u"%1"_s);
+        if (parts.size() == 1 ? name == parts[0] : name.startsWith(parts[0]) && name.endsWith(parts[1]))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 class TestCaptionFit : public QObject
@@ -95,7 +115,7 @@ class TestCaptionFit : public QObject
 private Q_SLOTS:
     void cleanup() { QApplication::setFont(m_desktopFont); }
 
-    void captionsHaveTheirRoom_data()
+    void captions_data()
     {
         QTest::addColumn<int>("language");
         QTest::addColumn<int>("points");
@@ -105,8 +125,10 @@ private Q_SLOTS:
         }
     }
 
-    // The window and the Options dialog, menus aside.
-    void captionsHaveTheirRoom()
+    // In the window and its dialogs every caption has its room (menus aside); every control Tab can
+    // reach, shown or not, speaks a text of the interface language's table (a picker its label's); in
+    // the window and each menu an access key is used once, and in Latin script every caption has one.
+    void captions()
     {
         QFETCH(int, language);
         QFETCH(int, points);
@@ -120,6 +142,50 @@ private Q_SLOTS:
         options.layout()->activate();
         const QStringList found = cut(*window.centralWidget()) + cut(options);
         QVERIFY2(found.isEmpty(), qPrintable(found.join(u"; "_s)));
+
+        FormAbout about(language);
+        Form1 update(language, {}, QUrl(), {});
+        FontChooser chooser(parseFont(kDefaultFont).font, language);
+        for (QWidget* top : QWidgetList{&window, &options, &about, &update, &chooser}) {
+            for (QWidget* w : top->findChildren<QWidget*>()) {
+                if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != top)
+                    continue;
+                QAccessibleInterface* control = QAccessible::queryAccessibleInterface(w);
+                const auto labels = control->relations(QAccessible::Label);
+                if (control->role() == QAccessible::ComboBox)
+                    control = labels.isEmpty() ? nullptr : labels[0].first;
+                const QString name = control ? control->text(QAccessible::Name).trimmed() : QString();
+                QVERIFY2(fromTable(language, name), qPrintable(w->objectName() + u": "_s + name));
+            }
+        }
+
+        // The access-key groups: the window's controls with its menu bar's items, then each menu.
+        QList<QStringList> groups{{}};
+        for (QWidget* control : window.centralWidget()->findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<QLabel*>(control);
+            if (control->inherits("QAbstractButton") || (label && label->buddy()))
+                groups[0] << control->property("text").toString();
+        }
+        for (const QAction* item : window.menuBar()->actions())
+            groups[0] << item->text();
+        QList<QWidget*> menus = {window.menuBar()};
+        for (QMenu* menu : window.findChildren<QMenu*>())
+            menus << menu;
+        for (const QWidget* menu : menus) {
+            groups << QStringList();
+            for (const QAction* item : menu->actions())
+                groups.last() << (item->isVisible() ? item->text() : QString());
+        }
+        const bool latin = language == 1 || language >= 5;
+        for (const QStringList& group : std::as_const(groups)) {
+            QSet<QChar> keys;
+            for (const QString& caption : group) {
+                const QChar key = AccessKeys::keyOf(caption);
+                QVERIFY2(key.isNull() ? !latin || caption.isEmpty() : !keys.contains(key),
+                         qPrintable(caption));
+                keys.insert(key);
+            }
+        }
     }
 };
 

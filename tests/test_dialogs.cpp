@@ -1,15 +1,11 @@
 #include "TestSupport.h"
-#include "WindowRig.h"
 #include "app/Settings.h"
-#include "app/StringTable.h"
 #include "app/UniTextBox.h"
 #include "desktop/Form2.h"
 #include "desktop/ModFont.h"
-#include "net/Form1.h"
 #include "net/FormAbout.h"
 #include "translate/ServiceAddresses.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -51,8 +47,7 @@ private Q_SLOTS:
     void form2Loads()
     {
         const QList<std::pair<QByteArray, QList<int>>> rows{
-            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}}, // no key at all
-            {"5|9|x|0|3|0|0", {5, 9, 1, 1, 15, 1, 1}},
+            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}},   // no key at all
             {"1|2|0|0|3|x|0", {1, 2, 0, 0, 3, 1, 1}}}; // in stored order: field 6 keeps its default too
         for (const auto& [stored, shown] : rows) {
             const QString path = m_dir.filePath(u"form2-%1.conf"_s.arg(rows.indexOf({stored, shown})));
@@ -138,48 +133,6 @@ private Q_SLOTS:
         QCOMPARE(m_opened, QList{home});
         about.findChild<QDialogButtonBox*>(u"Command1"_s)->button(QDialogButtonBox::Ok)->click();
         QVERIFY(about.result() == QDialog::Accepted && !about.isVisible());
-    }
-
-    void everyControlIsNamed_data()
-    {
-        QTest::addColumn<int>("language");
-        for (int language = 1; language <= kInterfaceLanguageCount; ++language)
-            QTest::addRow("lang%d", language) << language;
-    }
-
-    // Every control Tab can reach, shown or not, in the window and its dialogs, speaks a text of the
-    // interface language's table (mnemonics dropped, "%1" standing for anything); a picker speaks its label.
-    void everyControlIsNamed()
-    {
-        QFETCH(int, language);
-        const auto fromTable = [language](const QString& name) {
-            for (int id = language * 1000 + 1; id < language * 1000 + 1000; ++id) {
-                if (!StringTable::contains(id))
-                    continue;
-                const QStringList parts = StringTable::text(id).remove(u'&').trimmed().split(u"%1"_s);
-                if (parts.size() == 1 ? name == parts[0]
-                                      : name.startsWith(parts[0]) && name.endsWith(parts[1]))
-                    return true;
-            }
-            return false;
-        };
-        test::WindowRig rig({{u"Language"_s, QString::number(language)}});
-        Form2 options(rig.settings.get(), language);
-        FormAbout about(language);
-        Form1 update(language, {}, QUrl(), {});
-        FontChooser font(parseFont(kDefaultFont).font, language);
-        for (QWidget* window : QWidgetList{&rig.open(rig.deps()), &options, &about, &update, &font}) {
-            for (QWidget* w : window->findChildren<QWidget*>()) {
-                if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != window)
-                    continue;
-                QAccessibleInterface* control = QAccessible::queryAccessibleInterface(w);
-                const auto labels = control->relations(QAccessible::Label);
-                if (control->role() == QAccessible::ComboBox)
-                    control = labels.isEmpty() ? nullptr : labels[0].first;
-                const QString name = control ? control->text(QAccessible::Name).trimmed() : QString();
-                QVERIFY2(fromTable(name), qPrintable(w->objectName() + u": "_s + name));
-            }
-        }
     }
 
 private:

@@ -1,6 +1,5 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
-#include "app/AccessKeys.h"
 #include "app/FormMian.h"
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
@@ -16,9 +15,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -156,40 +153,6 @@ private Q_SLOTS:
 
     // Menus
 
-    // Within each menu and among the window's controls and menu bar a key is used once; in the languages of
-    // Latin script every caption has one.
-    void accessKeysInEveryLanguage()
-    {
-        for (int language = 1; language <= 7; ++language) {
-            FormMian& w = open({{u"Language"_s, QString::number(language)}});
-            QList<QStringList> groups{{}};
-            for (QWidget* control : w.centralWidget()->findChildren<QWidget*>()) {
-                const auto* label = qobject_cast<QLabel*>(control);
-                if (control->inherits("QAbstractButton") || (label && label->buddy()))
-                    groups[0] << control->property("text").toString();
-            }
-            for (const QAction* item : w.menuBar()->actions())
-                groups[0] << item->text(); // the menu bar's keys are the window's too
-            QList<QWidget*> menus = {w.menuBar()};
-            for (QMenu* menu : w.findChildren<QMenu*>())
-                menus << menu;
-            for (const QWidget* menu : menus) {
-                groups << QStringList();
-                for (const QAction* item : menu->actions())
-                    groups.last() << (item->isVisible() ? item->text() : QString());
-            }
-            for (const QStringList& group : std::as_const(groups)) {
-                QSet<QChar> keys;
-                for (const QString& caption : group) {
-                    const QChar key = AccessKeys::keyOf(caption);
-                    const bool latin = (language == 1 || language >= 5) && !caption.isEmpty();
-                    QVERIFY2(key.isNull() ? !latin : !keys.contains(key), qPrintable(caption));
-                    keys.insert(key);
-                }
-            }
-        }
-    }
-
     // Languages without a table of their own change nothing; the others are stored and applied, as
     // are the styles (7 is none).
     void languageAndStyleItems()
@@ -257,31 +220,10 @@ private Q_SLOTS:
         }
     }
 
-    // A blank file translates nothing; saving opens the file written, or says why it failed.
-    void openTranslatesAndSaveWrites()
-    {
-        FormMian& w = open(kFrench, true);
-        rig->fileAnswer = rig->dir.filePath(u"blank.txt"_s);
-        QVERIFY(writeFile(rig->fileAnswer, "    "));
-        w.dispatch(u"menuF1"_s);
-        QVERIFY(writeFile(rig->fileAnswer, "hello"));
-        QVERIFY(finishes(w, [&w] { w.dispatch(u"menuF1"_s); }));
-        QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
-        QCOMPARE(rig->service.requests().size(), 1);
-        rig->fileAnswer = rig->dir.filePath(u"results.txt"_s);
-        w.dispatch(u"menuF2"_s);
-        QCOMPARE(rig->opened, QStringList{QUrl::fromLocalFile(rig->fileAnswer).toString()});
-        QVERIFY(ReadTextFile(rig->fileAnswer).contains(u"/bonjour/"_s));
-        rig->fileAnswer = rig->dir.filePath(u"missing/results.txt"_s);
-        w.dispatch(u"menuF2"_s);
-        QCOMPARE(rig->notices.size(), 1);
-        QCOMPARE(rig->notices.constFirst().text, u"Save failed! Reason: No such file or directory"_s);
-        QCOMPARE(rig->opened.size(), 1);
-    }
-
-    // The desktop's keys for Open and Save; Ctrl and either Enter in the source box translate, adding
-    // no line; Enter on a focused button presses it.
-    void keyboardReachesTheCommands()
+    // The desktop's keys for Open and Save: a blank file translates nothing, another is translated;
+    // saving opens the file written, or says why it failed. Ctrl and either Enter in the source box
+    // translate, adding no line; Enter on a focused button presses it.
+    void filesAndKeys()
     {
         FormMian& w = open(kFrench, true);
         QVERIFY(shownOnScreen(w));
@@ -289,18 +231,28 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&w));
         QPlainTextEdit* source = box(w, "sourceBox");
         source->setFocus();
+        rig->fileAnswer = rig->dir.filePath(u"open.txt"_s);
+        QVERIFY(writeFile(rig->fileAnswer, "    "));
         QTest::keyClick(source, Qt::Key_O, Qt::ControlModifier);
+        QVERIFY(writeFile(rig->fileAnswer, "hello"));
+        QVERIFY(finishes(w, [source] { QTest::keyClick(source, Qt::Key_O, Qt::ControlModifier); }));
+        QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
+        QCOMPARE(rig->service.requests().size(), 1);
+        rig->fileAnswer = rig->dir.filePath(u"results.txt"_s);
         QTest::keyClick(source, Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(rig->fileRequests.size(), 2);
-        QCOMPARE(rig->fileRequests.at(0).mode + 2 * rig->fileRequests.at(1).mode,
-                 2 * FileDialogRequest::Save);
-        source->setPlainText(u"hello"_s);
+        QCOMPARE(rig->opened, QStringList{QUrl::fromLocalFile(rig->fileAnswer).toString()});
+        QVERIFY(ReadTextFile(rig->fileAnswer).contains(u"/bonjour/"_s));
+        rig->fileAnswer = rig->dir.filePath(u"missing/results.txt"_s);
+        w.dispatch(u"menuF2"_s);
+        QCOMPARE(rig->notices.size(), 1);
+        QCOMPARE(rig->notices.constFirst().text, u"Save failed! Reason: No such file or directory"_s);
+        QCOMPARE(rig->opened.size(), 1);
         QVERIFY(finishes(w, [source] { QTest::keyClick(source, Qt::Key_Return, Qt::ControlModifier); }));
         QVERIFY(finishes(w, [source] {
             QTest::keyClick(source, Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
         }));
         QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
-        QCOMPARE(rig->service.requests().size(), 2);
+        QCOMPARE(rig->service.requests().size(), 3);
         button(w, kClear)->setFocus();
         QTest::keyClick(button(w, kClear), Qt::Key_Enter, Qt::KeypadModifier);
         QTRY_COMPARE(boxes(w), u"|||"_s);
@@ -359,7 +311,6 @@ private Q_SLOTS:
     void copyPasteAndClear()
     {
         FormMian& w = open(kFrench, true);
-        QSignalSpy copied(w.findChild<ClipboardMonitor*>(), &ClipboardMonitor::textCopied);
         QVERIFY(translate(w, u"world"_s) && translate(w, u"hello"_s));
         box(w, "resultBox")->setPlainText(u"   leading and trailing  "_s);
         w.jcbuttonClick(kCopy);
@@ -377,7 +328,6 @@ private Q_SLOTS:
         w.jcbuttonClick(kBack); // the ring is untouched
         QCOMPARE(boxes(w).section(u'|', 0, 1), u"world|monde"_s);
         QCOMPARE(rig->service.requests().size(), 2);
-        QCOMPARE(copied.count(), 0); // monitoring is off in this setup
     }
 
     // Offline an installed pair may cover the text, else the connection's notice; a refusal is said in
@@ -427,8 +377,8 @@ private Q_SLOTS:
         QCOMPARE(rig->service.requests().size(), 1); // offline nothing went to the service
     }
 
-    // While a translation runs the window paints and Escape cancels; what the user types and chooses
-    // meanwhile is applied, in order, when it ends.
+    // While a translation runs input is held and Escape cancels; the commands chosen meanwhile run, in
+    // order, when it ends.
     void escapeCancelsAndInputWaits()
     {
         FormMian& w = open(kFrench, true);
@@ -438,21 +388,18 @@ private Q_SLOTS:
         rig->dialogAnswer = [&dialogs](QDialog*) { return ++dialogs, 0; };
         QPlainTextEdit* source = box(w, "sourceBox");
         source->setPlainText(u"hello"_s);
-        source->moveCursor(QTextCursor::End);
-        box(w, "resultBox")->setPlainText(u"old"_s);
         QSignalSpy finished(&w, &FormMian::translationFinished);
         w.jcbuttonClick(0);
         QVERIFY(w.isTranslating());
         QCOMPARE(w.statusMessage(), StringTable::text(1000 + MsgTranslating));
-        QTest::keyClick(source, Qt::Key_X);
+        QVERIFY(QGuiApplication::overrideCursor());
         named<QAction>(w, "menuS5")->trigger(); // "Auto copy", then "Options": both run at the end
         w.systemMenu()->actions().at(1)->trigger();
-        QCOMPARE(source->toPlainText() + QString::number(dialogs), u"hello0"_s);
-        QVERIFY(!rig->settings->autoCopy());
+        QVERIFY(dialogs == 0 && !rig->settings->autoCopy());
         QTest::keyClick(source, Qt::Key_Escape);
         QVERIFY(finished.wait(20000));
         QCOMPARE(w.statusMessage(), u"Translation cancelled."_s);
-        QCOMPARE(boxes(w), u"hellox|||"_s);
+        QCOMPARE(boxes(w), u"hello|||"_s);
         QVERIFY(rig->settings->autoCopy() && named<QAction>(w, "menuS5")->isChecked());
         QCOMPARE(dialogs, 1);
         QVERIFY(!w.isTranslating() && !QGuiApplication::overrideCursor());
