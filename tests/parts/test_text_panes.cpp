@@ -1,4 +1,3 @@
-#include "app/UniTextBox.h"
 #include "desktop/TextPanes.h"
 
 #include <QCheckBox>
@@ -81,21 +80,6 @@ private Q_SLOTS:
             QVERIFY(box->font().bold() && box->font().italic() && box->font().pointSize() == 15);
             QCOMPARE(box->palette().color(QPalette::Text), QColor(Qt::red)); // colour 255 is red
         }
-    }
-
-    void resultsShownAndCleared()
-    {
-        QWidget pic1;
-        TextPanes panes(&pic1, [] {});
-        setBoxText(panes.source(), u"source"_s);
-        panes.showResults(u"a"_s, u"b"_s, u"c"_s);
-        const ResultTexts texts = panes.texts();
-        QCOMPARE((QStringList{texts.source, texts.translation, texts.romanization, texts.dictionary}),
-                 (QStringList{u"source"_s, u"a"_s, u"b"_s, u"c"_s}));
-        panes.clearResults();
-        QCOMPARE(panes.texts().translation + panes.texts().romanization + panes.texts().dictionary,
-                 QString());
-        QCOMPARE(panes.texts().source, u"source"_s);
     }
 };
 
