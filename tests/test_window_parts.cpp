@@ -151,7 +151,8 @@ private Q_SLOTS:
         QTRY_VERIFY(window.isHidden());
     }
 
-    void checkBoxesTileTheResultArea()
+    // The check boxes tile the result area; the reading direction and the font reach the boxes.
+    void textPanes()
     {
         QWidget pic1;
         int pasted = 0;
@@ -173,12 +174,6 @@ private Q_SLOTS:
         QCOMPARE(check2->isChecked(), true);
         QTest::keyClick(panes.source(), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(pasted, 1);
-    }
-
-    void readingDirectionAndFont()
-    {
-        QWidget pic1;
-        TextPanes panes(&pic1, [] {});
         panes.setSourceRightToLeft(true);
         panes.setTargetRightToLeft(true);
         const auto directions = [&panes] {
@@ -204,7 +199,7 @@ private Q_SLOTS:
     }
 
     // The first filling starts at detection into English; a refill in another language keeps the rows.
-    void refillKeepsTheRows()
+    void languagePickerRows()
     {
         QWidget pic1;
         LanguagePickers pickers(&pic1);
@@ -226,14 +221,7 @@ private Q_SLOTS:
         QCOMPARE(combo2->itemText(0) + combo1->itemText(47),
                  StringTable::text(6, DetectLanguage) + StringTable::text(6, LanguageNames + 47));
         QCOMPARE(pic1.findChild<QLabel*>(u"fromLabel"_s)->text(), StringTable::text(6, LabelFrom));
-    }
-
-    // Every row change says what it means; a row the picker lacks keeps the row and says it again.
-    void rowsSayWhatTheyMean()
-    {
-        QWidget pic1;
-        LanguagePickers pickers(&pic1);
-        pickers.applyCaptions(1);
+        // Every row change says what it means; a row the picker lacks keeps the row and says it again.
         QSignalSpy source(&pickers, &LanguagePickers::sourceChosen);
         QSignalSpy target(&pickers, &LanguagePickers::targetChosen);
         pickers.setSourceRow(4); // Arabic
