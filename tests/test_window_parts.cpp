@@ -114,7 +114,7 @@ private Q_SLOTS:
     }
 
     // Without a tray a closed window waits minimised in the task bar; a tray that comes up takes it.
-    void closedWindowWaitsForATray()
+    void windowVisibility()
     {
         QWidget window;
         WindowVisibility visibility(&window, [this] { return now; });
@@ -125,15 +125,8 @@ private Q_SLOTS:
         visibility.setTrayPresent(true);
         QVERIFY(window.isHidden());
         QCOMPARE(hidden.count(), 1);
-    }
-
-    // A minimised report that comes right after a show answers our own earlier minimise and is
-    // undone; a minimise the user asks for right after a show is kept.
-    void lateReportsUndoneUsersMinimiseKept()
-    {
-        QWidget window;
-        WindowVisibility visibility(&window, [this] { return now; });
-        visibility.setTrayPresent(true);
+        // A minimised report that comes right after a show answers our own earlier minimise and is
+        // undone; a minimise the user asks for right after a show is kept.
         visibility.toggle();
         visibility.toggle(); // our minimise, then a show a moment later
         QTRY_VERIFY(window.isHidden());
