@@ -216,8 +216,7 @@ private Q_SLOTS:
         QDesktopServices::setUrlHandler(home.scheme(), this, "openUrl");
         FormAbout about(4);
         QVERIFY(hasThai(about.windowTitle()) && hasThai(about.texts().value(0)));
-        about.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        QVERIFY(shownOnScreen(about));
         QTest::mouseClick(about.findChild<QToolButton*>(u"Image1"_s), Qt::LeftButton);
         QDesktopServices::unsetUrlHandler(home.scheme());
         QCOMPARE(m_opened, QList{home});

@@ -103,7 +103,6 @@ private Q_SLOTS:
     void cleanup()
     {
         rig.reset();
-        offline.reset();
         QFile::remove(ServiceBackoff::defaultFilePath());
     }
 
@@ -132,15 +131,14 @@ private Q_SLOTS:
     void storedChoicesAtLoad()
     {
         QFETCH(Setup, setup);
-        QFETCH(QList<bool>, shown);
         rig = std::make_unique<WindowRig>(setup);
         const QByteArray stored = readFile(rig->settings->filePath());
         FormMian& w = rig->open(rig->deps());
         QTEST(rows(w), "rows");
-        QCOMPARE((QList{!box(w, "phoneticBox")->isHidden(), !box(w, "dictionaryBox")->isHidden(),
-                        w.findChild<ClipboardMonitor*>()->monitoring(), button(w, kSwap)->isEnabled(),
-                        box(w, "sourceBox")->layoutDirection() == Qt::RightToLeft}),
-                 shown);
+        QTEST((QList{!box(w, "phoneticBox")->isHidden(), !box(w, "dictionaryBox")->isHidden(),
+                     w.findChild<ClipboardMonitor*>()->monitoring(), button(w, kSwap)->isEnabled(),
+                     box(w, "sourceBox")->layoutDirection() == Qt::RightToLeft}),
+              "shown");
         QTEST(checked(w, kMarks) + u' ' + box(w, "dictionaryBox")->font().family(), "marks");
         QCOMPARE(readFile(rig->settings->filePath()), stored); // read, not rewritten
     }
@@ -333,8 +331,8 @@ private Q_SLOTS:
         // A copied text: the ownerless OK/Cancel notice; the text still lands in the source box.
         QVERIFY(finishes(w, [&w] { w.translateCopiedText(u"copied"_s); }));
         QCOMPARE(rig->notices.size(), 2);
-        QCOMPARE(rig->notices.at(1).buttons, QMessageBox::Ok | QMessageBox::Cancel);
-        QVERIFY(!rig->notices.at(1).owned);
+        QVERIFY(rig->notices.at(1).buttons == (QMessageBox::Ok | QMessageBox::Cancel) &&
+                !rig->notices.at(1).owned);
         QCOMPARE(boxes(w), u"copied|||"_s);
         w.translateCopiedText(u"  "_s); // a blank copy too, at once
         QCOMPARE(rig->notices.size(), 3);
@@ -367,8 +365,7 @@ private Q_SLOTS:
         rig->service.setDelayMs(60000);
         int dialogs = 0;
         rig->dialogAnswer = [&dialogs](QDialog*) { return ++dialogs, 0; };
-        QPlainTextEdit* source = box(w, "sourceBox");
-        source->setPlainText(u"hello"_s);
+        box(w, "sourceBox")->setPlainText(u"hello"_s);
         QSignalSpy finished(&w, &FormMian::translationFinished);
         w.jcbuttonClick(0);
         QVERIFY(w.isTranslating());
@@ -377,7 +374,7 @@ private Q_SLOTS:
         named<QAction>(w, "menuS5")->trigger(); // "Auto copy", then "Options": both run at the end
         w.systemMenu()->actions().at(1)->trigger();
         QVERIFY(dialogs == 0 && !rig->settings->autoCopy());
-        QTest::keyClick(source, Qt::Key_Escape);
+        QTest::keyClick(box(w, "sourceBox"), Qt::Key_Escape);
         QVERIFY(finished.wait(20000));
         QCOMPARE(w.statusMessage(), u"Translation cancelled."_s);
         QCOMPARE(boxes(w), u"hello|||"_s);
