@@ -227,7 +227,6 @@ private Q_SLOTS:
         QVERIFY(writeFile(rig->fileAnswer, "hello"));
         QVERIFY(finishes(w, [source] { QTest::keyClick(source, Qt::Key_O, Qt::ControlModifier); }));
         QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
-        QCOMPARE(rig->service.requests().size(), 1);
         rig->fileAnswer = rig->dir.filePath(u"results.txt"_s);
         QTest::keyClick(source, Qt::Key_S, Qt::ControlModifier);
         QCOMPARE(rig->opened, QStringList{QUrl::fromLocalFile(rig->fileAnswer).toString()});
@@ -242,7 +241,7 @@ private Q_SLOTS:
             QTest::keyClick(source, Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
         }));
         QCOMPARE(boxes(w).section(u'|', 0, 1), u"hello|bonjour"_s);
-        QCOMPARE(rig->service.requests().size(), 3);
+        QCOMPARE(rig->service.requests().size(), 3); // the blank file sent nothing
         button(w, kClear)->setFocus();
         QTest::keyClick(button(w, kClear), Qt::Key_Enter, Qt::KeypadModifier);
         QTRY_COMPARE(boxes(w), u"|||"_s);

@@ -68,11 +68,6 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&typing));
         box->setFocus();
     }
-    void init()
-    {
-        box->clear();
-        done.clear();
-    }
 
     // Keys, clicks, shortcuts and deferred commands wait and then come in the order they were given;
     // Escape goes through at once.
@@ -102,6 +97,7 @@ private Q_SLOTS:
     void applyingStopsWhenHeldAgain()
     {
         HeldInput held(&typing, [] {});
+        box->clear();
         held.hold();
         QTest::keyClick(box, Qt::Key_A);
         held.defer([&held] { held.hold(); });
