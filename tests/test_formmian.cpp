@@ -270,6 +270,7 @@ private Q_SLOTS:
         QCOMPARE(box(w, "resultBox")->toPlainText(), u"HELLO"_s);
         named<QComboBox>(w, "Combo1")->setCurrentIndex(22);
         QVERIFY(translate(w, u"world"_s));
+        named<QComboBox>(w, "Combo2")->setCurrentIndex(17);
         named<QComboBox>(w, "Combo1")->setCurrentIndex(19);
         QVERIFY(translate(w, QString(101, u'x')));
         QVERIFY(speaker(w, 0)->isHidden() && speaker(w, 1)->isHidden()); // up to 100 characters

@@ -138,6 +138,7 @@ private Q_SLOTS:
         visibility.toggle();
         window.setWindowState(window.windowState() | Qt::WindowMinimized);
         QTRY_VERIFY(window.isHidden());
+        QCOMPARE(hidden.count(), 4); // each time the window went to the tray
     }
 
     // The check boxes tile the result area; the reading direction and the font reach the boxes.
