@@ -34,10 +34,9 @@ bool panesTile(const TextPanes& panes)
 {
     const QRect area(0, 188, 710, 239), result = panes.result()->geometry();
     QRect lower;
-    for (const QWidget* pane : {panes.phonetic(), panes.dictionary()}) {
+    for (const QWidget* pane : {panes.phonetic(), panes.dictionary()})
         if (!pane->isHidden())
             lower |= pane->geometry();
-    }
     return (result | lower) == area && !result.intersects(lower) && (lower.isEmpty() || lower.width() == 710);
 }
 
