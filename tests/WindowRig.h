@@ -9,7 +9,6 @@
 
 #include <QPlainTextEdit>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
@@ -28,14 +27,6 @@ template <typename T> T* named(const QObject& in, const char* name)
 inline QPlainTextEdit* box(const QObject& in, const char* name)
 {
     return named<QPlainTextEdit>(in, name);
-}
-
-// Clicks Translate and waits for the translation's end.
-inline bool translateNow(FormMian& window)
-{
-    QSignalSpy finished(&window, &FormMian::translationFinished);
-    window.jcbuttonClick(0);
-    return finished.wait(20000);
 }
 
 // Shows `window` and tells whether it came on screen.
@@ -72,7 +63,9 @@ struct WindowRig {
         d.engine = engine.get();
         d.registerHotKey = false;
         d.programPath = programPath();
-        d.notice = [this](QWidget*, const NoticeRequest& request) { return notices << request, answer; };
+        d.notice = [this](QWidget*, const NoticeRequest& request) {
+            return notices << request, QMessageBox::Ok;
+        };
         d.openUrl = [this](const QUrl& url) { return opened << url.toString(), true; };
         d.openAddress = [this](const QString& address, const OpenFailed& failed) {
             opened << address;
@@ -101,7 +94,6 @@ struct WindowRig {
     std::unique_ptr<Settings> settings;
     std::unique_ptr<TranslationEngine> engine;
     QList<NoticeRequest> notices;
-    QMessageBox::StandardButton answer = QMessageBox::Ok;
     QStringList opened;  // addresses and links, in order
     QString openFailure; // the reason an address fails to open with, if any
     QList<FileDialogRequest> fileRequests;

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "WindowRig.h"
+#include "app/AccessKeys.h"
 #include "app/Settings.h"
 #include "app/StringTable.h"
 #include "app/UniTextBox.h"
@@ -17,15 +18,22 @@
 #include <QDialogButtonBox>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QStyleOption>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextLayout>
 #include <QTimer>
 #include <QToolButton>
 
 using namespace quillora;
+using namespace quillora::test;
 using namespace Qt::StringLiterals;
 
 namespace
@@ -36,11 +44,89 @@ bool hasThai(const QString& text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.script() == QChar::Script_Thai; });
 }
 
+// The advance of a text without its access-key marks, and the height of the line it lays out in, so
+// that the fallback fonts of Thai and Chinese count.
+QSize textSize(QString text, const QFont& font)
+{
+    text.remove(u'&');
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(1e6);
+    layout.endLayout();
+    return {QFontMetrics(font).horizontalAdvance(text), int(std::ceil(line.height()))};
+}
+
+// The room a caption needs: its text and the margins its style puts around it, the widest item for a
+// picker, and the border lines for a button or a picker. Text fields hold the user's text.
+std::optional<QSize> needed(QWidget* w)
+{
+    if (auto* label = qobject_cast<QLabel*>(w))
+        return textSize(label->text(), w->font());
+    if (auto* combo = qobject_cast<QComboBox*>(w); combo && !combo->isEditable()) {
+        QSize widest(0, 0);
+        for (int i = 0; i < combo->count(); ++i)
+            widest = widest.expandedTo(textSize(combo->itemText(i), w->font()));
+        QStyleOptionComboBox option;
+        option.initFrom(w);
+        const QSize size = w->style()->sizeFromContents(QStyle::CT_ComboBox, &option, widest, w);
+        return QSize(size.width(), widest.height() + 2);
+    }
+    auto* button = qobject_cast<QAbstractButton*>(w);
+    if (!button || button->text().isEmpty())
+        return std::nullopt;
+    auto* push = qobject_cast<QPushButton*>(w);
+    QStyleOptionButton option;
+    option.initFrom(w);
+    if (push && (push->autoDefault() || push->isDefault()))
+        option.features |= QStyleOptionButton::AutoDefaultButton;
+    const QSize text = textSize(button->text(), w->font());
+    const auto type = push ? QStyle::CT_PushButton : QStyle::CT_CheckBox;
+    return QSize(w->style()->sizeFromContents(type, &option, text, w).width(),
+                 text.height() + (push ? 2 : 0));
+}
+
+// The captions under `top` that are cut: smaller than their text, outside their parent or under another.
+QStringList cut(const QWidget& top)
+{
+    QStringList found;
+    QList<QWidget*> placed;
+    for (QWidget* w : top.findChildren<QWidget*>()) {
+        const std::optional<QSize> need = w->isVisibleTo(&top) ? needed(w) : std::nullopt;
+        if (!need)
+            continue;
+        const QRect at = w->geometry();
+        const bool over = std::any_of(placed.begin(), placed.end(), [w, at](const QWidget* other) {
+            return other->parentWidget() == w->parentWidget() && other->geometry().intersects(at);
+        });
+        if (at.width() < need->width() || at.height() < need->height() || over ||
+            !w->parentWidget()->rect().contains(at))
+            QDebug(&found.emplace_back())
+                << w->objectName() << w->property("text").toString() << at << "needs" << *need;
+        placed << w;
+    }
+    return found;
+}
+
+// Whether `name` is a text of the language's table, mnemonics dropped, "%1" standing for anything.
+bool fromTable(int language, const QString& name)
+{
+    for (int id = language * 1000 + 1; id < language * 1000 + 1000; ++id) {
+        if (!StringTable::contains(id))
+            continue;
+        const QStringList parts = StringTable::text(id).remove(u'&').trimmed().split(u"%1"_s);
+        if (parts.size() == 1 ? name == parts[0] : name.startsWith(parts[0]) && name.endsWith(parts[1]))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 class TestDialogs : public QObject
 {
     Q_OBJECT
+    const QFont m_desktopFont = QApplication::font();
 
 public Q_SLOTS:
     void openUrl(const QUrl& url) { m_opened.append(url); }
@@ -51,8 +137,7 @@ private Q_SLOTS:
     void form2Loads()
     {
         const QList<std::pair<QByteArray, QList<int>>> rows{
-            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}}, // no key at all
-            {"5|9|x|0|3|0|0", {5, 9, 1, 1, 15, 1, 1}},
+            {QByteArray(), {0, 15, 1, 1, 15, 1, 1}},   // no key at all
             {"1|2|0|0|3|x|0", {1, 2, 0, 0, 3, 1, 1}}}; // in stored order: field 6 keeps its default too
         for (const auto& [stored, shown] : rows) {
             const QString path = m_dir.filePath(u"form2-%1.conf"_s.arg(rows.indexOf({stored, shown})));
@@ -131,8 +216,7 @@ private Q_SLOTS:
         QDesktopServices::setUrlHandler(home.scheme(), this, "openUrl");
         FormAbout about(4);
         QVERIFY(hasThai(about.windowTitle()) && hasThai(about.texts().value(0)));
-        about.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        QVERIFY(shownOnScreen(about));
         QTest::mouseClick(about.findChild<QToolButton*>(u"Image1"_s), Qt::LeftButton);
         QDesktopServices::unsetUrlHandler(home.scheme());
         QCOMPARE(m_opened, QList{home});
@@ -140,44 +224,77 @@ private Q_SLOTS:
         QVERIFY(about.result() == QDialog::Accepted && !about.isVisible());
     }
 
-    void everyControlIsNamed_data()
+    void cleanup() { QApplication::setFont(m_desktopFont); }
+
+    void captions_data()
     {
         QTest::addColumn<int>("language");
-        for (int language = 1; language <= kInterfaceLanguageCount; ++language)
-            QTest::addRow("lang%d", language) << language;
+        QTest::addColumn<int>("points");
+        for (int language = 1; language <= kInterfaceLanguageCount; ++language) {
+            for (int points : {9, 12, 16})
+                QTest::addRow("language %d, %d pt", language, points) << language << points;
+        }
     }
 
-    // Every control Tab can reach, shown or not, in the window and its dialogs, speaks a text of the
-    // interface language's table (mnemonics dropped, "%1" standing for anything); a picker speaks its label.
-    void everyControlIsNamed()
+    // In the window and its dialogs every caption has its room (menus aside); every control Tab can
+    // reach, shown or not, speaks a text of the interface language's table (a picker its label's); in
+    // the window and each menu an access key is used once, and in Latin script every caption has one.
+    void captions()
     {
         QFETCH(int, language);
-        const auto fromTable = [language](const QString& name) {
-            for (int id = language * 1000 + 1; id < language * 1000 + 1000; ++id) {
-                if (!StringTable::contains(id))
-                    continue;
-                const QStringList parts = StringTable::text(id).remove(u'&').trimmed().split(u"%1"_s);
-                if (parts.size() == 1 ? name == parts[0]
-                                      : name.startsWith(parts[0]) && name.endsWith(parts[1]))
-                    return true;
-            }
-            return false;
-        };
-        test::WindowRig rig({{u"Language"_s, QString::number(language)}});
-        Form2 options(rig.settings.get(), language);
+        QFETCH(int, points);
+        QFont font = m_desktopFont;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        WindowRig rig({{u"Language"_s, QString::number(language)}});
+        FormMian& window = rig.open(rig.deps());
+        Form2 options(rig.settings.get(), language, &window);
+        options.adjustSize();
+        options.layout()->activate();
+        const QStringList found = cut(*window.centralWidget()) + cut(options);
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(u"; "_s)));
+
         FormAbout about(language);
         Form1 update(language, {}, QUrl(), {});
-        FontChooser font(parseFont(kDefaultFont).font, language);
-        for (QWidget* window : QWidgetList{&rig.open(rig.deps()), &options, &about, &update, &font}) {
-            for (QWidget* w : window->findChildren<QWidget*>()) {
-                if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != window)
+        FontChooser chooser(parseFont(kDefaultFont).font, language);
+        for (QWidget* top : QWidgetList{&window, &options, &about, &update, &chooser}) {
+            for (QWidget* w : top->findChildren<QWidget*>()) {
+                if (!(w->focusPolicy() & Qt::TabFocus) || w->focusProxy() || w->window() != top)
                     continue;
                 QAccessibleInterface* control = QAccessible::queryAccessibleInterface(w);
                 const auto labels = control->relations(QAccessible::Label);
                 if (control->role() == QAccessible::ComboBox)
                     control = labels.isEmpty() ? nullptr : labels[0].first;
                 const QString name = control ? control->text(QAccessible::Name).trimmed() : QString();
-                QVERIFY2(fromTable(name), qPrintable(w->objectName() + u": "_s + name));
+                QVERIFY2(fromTable(language, name), qPrintable(w->objectName() + u": "_s + name));
+            }
+        }
+
+        // The access-key groups: the window's controls with its menu bar's items, then each menu.
+        QList<QStringList> groups{{}};
+        for (QWidget* control : window.centralWidget()->findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<QLabel*>(control);
+            if (control->inherits("QAbstractButton") || (label && label->buddy()))
+                groups[0] << control->property("text").toString();
+        }
+        for (const QAction* item : window.menuBar()->actions())
+            groups[0] << item->text();
+        QList<QWidget*> menus = {window.menuBar()};
+        for (QMenu* menu : window.findChildren<QMenu*>())
+            menus << menu;
+        for (const QWidget* menu : menus) {
+            groups << QStringList();
+            for (const QAction* item : menu->actions())
+                groups.last() << (item->isVisible() ? item->text() : QString());
+        }
+        const bool latin = language == 1 || language >= 5;
+        for (const QStringList& group : std::as_const(groups)) {
+            QSet<QChar> keys;
+            for (const QString& caption : group) {
+                const QChar key = AccessKeys::keyOf(caption);
+                QVERIFY2(key.isNull() ? !latin || caption.isEmpty() : !keys.contains(key),
+                         qPrintable(caption));
+                keys.insert(key);
             }
         }
     }

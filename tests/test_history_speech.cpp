@@ -54,35 +54,28 @@ private Q_SLOTS:
         QVERIFY(BuildSpeechPage("Hallo", "de", 0, dir.filePath("missing/folder"), base));
     }
 
-    void ringWrapsAndWalksBack()
+    // The flags follow the pages copied, not the slot; a slot used again without pages deletes its old
+    // files, and a missing page counts as none. Walking back never moves the next write.
+    void ringSlotsAndWalk()
     {
         QTemporaryDir dir;
         HistoryRing ring(dir.path());
         QCOMPARE(ring.GoBack().source, QString()); // the empty last slot
-        for (const char* name : {"one", "two", "three", "four"})
-            ring.store(slotNamed(name), QString(), QString());
-        QStringList walked;
-        for (int i = 0; i < 4; ++i)
-            walked << ring.GoBack().source;
-        QCOMPARE(walked, QStringList({"three", "two", "four", "three"}));
-        QCOMPARE(ring.WritePos(), 1); // walking back never moves the next write
-    }
-
-    void ringCopiesAndDeletesSlotFiles()
-    {
-        QTemporaryDir dir;
-        HistoryRing ring(dir.path());
         const QString page = dir.filePath("soun(0).tmp");
         QVERIFY(writeFile(page, "translation page"));
-        ring.store(slotNamed("a", true), page, QString()); // the flags follow the pages, not the slot
+        ring.store(slotNamed("one", true), page, QString());
         QCOMPARE(readFile(ring.slotFile(0, 0)), QByteArray("translation page"));
         QVERIFY(ring.slot(0).translationSpeech && !ring.slot(0).sourceSpeech &&
                 !QFile::exists(ring.slotFile(0, 1)));
-        // Reusing slot 0 without pages deletes its old file; a missing page counts as none.
-        for (int i = 0; i < 3; ++i)
-            ring.store(slotNamed("b", true), QString(), dir.filePath("gone.tmp"));
+        for (const char* name : {"two", "three", "four"})
+            ring.store(slotNamed(name, true), QString(), dir.filePath("gone.tmp"));
         QVERIFY(!QFile::exists(ring.slotFile(0, 0)) && !ring.slot(0).translationSpeech);
         QVERIFY(!ring.slot(0).sourceSpeech && QFile::exists(page));
+        // A braced list is evaluated left to right.
+        const QStringList walked{ring.GoBack().source, ring.GoBack().source, ring.GoBack().source,
+                                 ring.GoBack().source};
+        QCOMPARE(walked, QStringList({"three", "two", "four", "three"}));
+        QCOMPARE(ring.WritePos(), 1);
     }
 
     void privateFolder()

@@ -19,13 +19,11 @@ const QStringList kSoundLibraries{"libQt6Multimedia.so", "libpulse.so", "libgstr
 QStringList mappedSoundLibraries()
 {
     const QByteArray mapped = readFile("/proc/self/maps");
-    if (mapped.isEmpty())
-        return {"unreadable /proc/self/maps"};
     QStringList found;
     for (const QString& library : kSoundLibraries)
         if (mapped.contains('/' + library.toUtf8()))
             found << library;
-    return mapped.isEmpty() ? QStringList{QStringLiteral("unreadable maps")} : found;
+    return mapped.isEmpty() ? QStringList{"unreadable /proc/self/maps"} : found;
 }
 
 QToolButton* speaker(QWidget& area, int slot)
