@@ -6,6 +6,7 @@
 #include "desktop/TextPanes.h"
 #include "desktop/VisualStyle.h"
 #include "desktop/WebPageBar.h"
+#include "ui/FirstShowing.h"
 #include "ui/FocusMarkStyle.h"
 #include "ui/HeldInput.h"
 
@@ -138,6 +139,24 @@ private Q_SLOTS:
         window.setWindowState(window.windowState() | Qt::WindowMinimized);
         QTRY_VERIFY(window.isHidden());
         QCOMPARE(hidden.count(), 4); // each time the window went to the tray
+    }
+
+    // Once, after the window is first on screen; a window left hidden does not wait.
+    void firstShowing()
+    {
+        QWidget shown, hidden;
+        int ranShown = 0, ranHidden = 0;
+        new FirstShowing(&shown, [&ranShown] { ++ranShown; });
+        new FirstShowing(&hidden, [&ranHidden] { ++ranHidden; });
+        shown.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shown));
+        QCoreApplication::processEvents();
+        QCOMPARE(ranShown, 1);
+        QCOMPARE(ranHidden, 1);
+        shown.hide();
+        shown.show();
+        QTest::qWait(1200);
+        QCOMPARE(ranShown, 1);
     }
 
     // The check boxes tile the result area; the reading direction and the font reach the boxes.
