@@ -58,11 +58,9 @@ private Q_SLOTS:
         const QList<std::tuple<QString, int, QString>> rows{
             {u"sr_RS.UTF-8@latin"_s, 1250, u"Žluťoučký kůň úpěl"_s},
             {u"fr_FR"_s, 1252, u"Grüße, café € “quoted”"_s},
-            {u"ja_JP.UTF-8"_s, 932, u"日本語のテキスト、ｶﾀｶﾅ"_s},
             {u"zh_CN.UTF-8"_s, 936, u"你好，世界。简体中文"_s}};
         for (const auto& [locale, codePage, text] : rows) {
             const QByteArray encoded = test::iconvEncode(text, u"CP%1"_s.arg(codePage));
-            QVERIFY(!encoded.isEmpty() && encoded != text.toUtf8());
             const QByteArray codec = legacyCodecForLocale(locale);
             QCOMPARE(decodeFileBytes(encoded, nullptr, codec), text);
             QCOMPARE(decodeFileBytes(text.toUtf8(), nullptr, codec), text);

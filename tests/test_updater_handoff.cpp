@@ -15,17 +15,15 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Processes running the executable at `path`, with their arguments after the program.
-QList<QPair<qint64, QStringList>> runningAt(const QString& path)
+// "pid arguments" of each process running the executable at `path`.
+QStringList runningAt(const QString& path)
 {
-    QList<QPair<qint64, QStringList>> found;
-    for (const QString& pid : QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (QFileInfo(u"/proc/"_s + pid + u"/exe"_s).symLinkTarget() != path)
-            continue;
-        QStringList args = QString::fromUtf8(readFile(u"/proc/"_s + pid + u"/cmdline"_s)).split(QChar(0));
-        args.removeLast(); // after the closing NUL
-        found.append({pid.toLongLong(), args.mid(1)});
-    }
+    QStringList found;
+    for (const QString& pid : QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        if (QFileInfo(u"/proc/"_s + pid + u"/exe"_s).symLinkTarget() == path)
+            found << pid + u' ' +
+                         QString::fromUtf8(readFile(u"/proc/"_s + pid + u"/cmdline"_s))
+                             .section(QChar(0), 1, -2);
     return found;
 }
 
@@ -119,10 +117,10 @@ private Q_SLOTS:
         if (replaced)
             return;
         // The old program comes back with "UP".
-        QList<QPair<qint64, QStringList>> again;
+        QStringList again;
         QTRY_VERIFY_WITH_TIMEOUT((again = runningAt(program)).size() == 1, 20000);
-        QCOMPARE(again.constFirst().second, QStringList{u"UP"_s});
-        ::kill(pid_t(again.constFirst().first), SIGTERM);
+        QCOMPARE(again.constFirst().section(u' ', 1), u"UP"_s);
+        ::kill(pid_t(again.constFirst().section(u' ', 0, 0).toLongLong()), SIGTERM);
         QTRY_VERIFY_WITH_TIMEOUT(runningAt(program).isEmpty(), 10000);
     }
 };
