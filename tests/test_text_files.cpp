@@ -28,13 +28,12 @@ private Q_SLOTS:
     // UTF-32 is read but never written: such a file keeps only its mark.
     void everyEncodingBothWays()
     {
-        const QList<std::tuple<int, const char*, QString>> rows{{EncAnsi, "", u"UTF-8"_s},
-                                                                {EncUtf8, "efbbbf", u"UTF-8"_s},
-                                                                {EncUtf16LE, "fffe", u"UTF-16LE"_s},
-                                                                {EncUtf16BE, "feff", u"UTF-16BE"_s},
-                                                                {EncUtf32LE, "fffe0000", u"UTF-32LE"_s},
-                                                                {EncUtf32BE, "0000feff", u"UTF-32BE"_s}};
-        for (const auto& [encoding, markHex, codec] : rows) {
+        // Mark and codec by encoding number.
+        const QList<std::pair<const char*, QString>> rows{
+            {"", u"UTF-8"_s},        {"efbbbf", u"UTF-8"_s},      {"fffe", u"UTF-16LE"_s},
+            {"feff", u"UTF-16BE"_s}, {"fffe0000", u"UTF-32LE"_s}, {"0000feff", u"UTF-32BE"_s}};
+        for (int encoding = EncAnsi; encoding <= EncUtf32BE; ++encoding) {
+            const auto& [markHex, codec] = rows[encoding];
             const QByteArray mark = QByteArray::fromHex(markHex), body = test::iconvEncode(m_sample, codec);
             const QString file = path(codec + QString::number(encoding));
             const bool writable = encoding < EncUtf32LE;
@@ -132,10 +131,9 @@ private Q_SLOTS:
         for (const auto& [results, body] : rows) {
             QCOMPARE(buildResultsText(results, when, QLocale(QLocale::German, QLocale::Germany)),
                      u"******************DATE:02.01.26 ;TIME: 09:30******************\r\n"_s + body);
-            const QString file = path(u"results.txt"_s);
-            QVERIFY(test::writeFile(file, QByteArray(10000, 'z')));
-            QVERIFY(saveResultsFile(file, results, when));
-            QCOMPARE(test::readFile(file),
+            QVERIFY(test::writeFile(path(u"results.txt"_s), QByteArray(10000, 'z')));
+            QVERIFY(saveResultsFile(path(u"results.txt"_s), results, when));
+            QCOMPARE(test::readFile(path(u"results.txt"_s)),
                      QByteArray::fromHex("feff") +
                          test::iconvEncode(buildResultsText(results, when), u"UTF-16BE"_s));
         }
