@@ -3,6 +3,12 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QThread>
 #include <X11/keysym.h>
 #include <xcb/xcb_keysyms.h>
@@ -38,15 +44,55 @@ using OtherClient = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>
 // Plain, CapsLock, NumLock (where Xvfb's default map puts it), both.
 const uint16_t kLockVariants[] = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_2 | XCB_MOD_MASK_LOCK};
 
+const QString kBackend = "org.freedesktop.impl.portal.desktop.test";
+
+// Asks the back-end's control interface; Record answers what it was asked so far, as JSON.
+QDBusMessage backend(const QString& method, const QVariantList& args = {})
+{
+    // A plain call: QDBusInterface would introspect and keep a meta-object Qt never frees.
+    QDBusMessage call = QDBusMessage::createMethodCall(kBackend, "/org/freedesktop/portal/desktop",
+                                                       "org.zelvan.quillora.PortalBackend", method);
+    call.setArguments(args);
+    return QDBusConnection::sessionBus().call(call);
+}
+
+QJsonArray recorded(const char* what)
+{
+    return QJsonDocument::fromJson(backend("Record").arguments().value(0).toByteArray())[what].toArray();
+}
+
 } // namespace
 
-// The real main window against xclip, xdotool and another X client, under a window manager.
+// The real main window against xclip, xdotool and another X client, under a window manager; and against the
+// real xdg-desktop-portal front-end, which the session bus starts on the first call, with the tests' own
+// back-end behind it (tests/portal/backend.py).
 class DesktopX11Test : public QObject
 {
     Q_OBJECT
     OtherPrograms m_xclip{/*wayland*/ false};
+    QProcess m_backend;
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        if (!QFile::exists("/usr/libexec/xdg-desktop-portal"))
+            return;
+        m_backend.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_backend.start("/usr/bin/python3", {qEnvironmentVariable("XDG_DESKTOP_PORTAL_DIR") + "/backend.py"});
+        // The front-end looks for its back-ends when it starts: this one must be there first. 77: no
+        // python3-gi.
+        QTRY_VERIFY_WITH_TIMEOUT(m_backend.state() == QProcess::NotRunning ||
+                                     QDBusConnection::sessionBus().interface()->isServiceRegistered(kBackend),
+                                 10000);
+        QVERIFY(m_backend.state() == QProcess::Running || m_backend.exitCode() == 77);
+    }
+
+    void cleanupTestCase()
+    {
+        m_backend.kill();
+        m_backend.waitForFinished();
+    }
+
     void init()
     {
         // Nothing from the last case may be taken at load.
@@ -54,7 +100,11 @@ private Q_SLOTS:
         QTRY_VERIFY(m_xclip.read().isEmpty());
     }
 
-    void cleanup() { m_xclip.endAll(); }
+    void cleanup()
+    {
+        m_xclip.endAll();
+        qunsetenv("QUILLORA_HOTKEY");
+    }
 
     // An answer of the cap's size is read, parsed and shown while the window keeps answering its window
     // manager, within a bounded memory. First, so that the peak is this case's own. Then the same window
@@ -164,6 +214,49 @@ private Q_SLOTS:
         QVERIFY(item->isChecked() && isAutoRunRegistered(desk.programPath()));
         item->trigger();
         QVERIFY(!item->isChecked() && !QFile::exists(autostartFilePath()));
+    }
+
+    void portalF11IsBoundAndToggles()
+    {
+        if (m_backend.state() != QProcess::Running)
+            QSKIP("needs xdg-desktop-portal and python3-gi");
+        qputenv("QUILLORA_HOTKEY", "portal"); // the key through the portal, as on a Wayland session
+        auto desk = std::make_unique<ClipboardDesk>(false, /*hotKey*/ true);
+        FormMian& window = desk->window();
+        QVERIFY(shownOnScreen(window));
+        QTRY_COMPARE(recorded("bound").size(), 1);
+        // Both where a 1.16 front-end's back-end reads it and where later ones do.
+        const QJsonArray wanted{
+            QJsonArray{"toggle-window",
+                       QJsonObject{{"description", "Show or hide Quillora"}, {"preferred_trigger", "F11"}}}};
+        for (const char* call : {"created", "bound"})
+            QCOMPARE(recorded(call)[0].toObject()["shortcuts"].toArray(), wanted);
+        const QString session = recorded("created")[0].toObject()["session"].toString();
+        QCOMPARE(recorded("bound")[0].toObject()["session"].toString(), session);
+        QVERIFY(window.statusMessage().isEmpty());
+
+        for (const QString token : {"t-hidden", "t-shown"}) {
+            backend("Press", {QVariant::fromValue(QDBusObjectPath(session)), "toggle-window", token});
+            QTRY_COMPARE(window.isVisible() && !window.isMinimized(), token == "t-shown");
+            // Where Qt's Wayland window takes it to come to the front.
+            QCOMPARE(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), token);
+        }
+        desk.reset();
+        QTRY_VERIFY(recorded("closed").contains(session));
+    }
+
+    void portalNothingBoundSaysSoOnce()
+    {
+        if (m_backend.state() != QProcess::Running)
+            QSKIP("needs xdg-desktop-portal and python3-gi");
+        qputenv("QUILLORA_HOTKEY", "portal");
+        // Granted, as KDE 5.27 answers a client that sent its shortcut only to BindShortcuts.
+        backend("SetAnswer", {"nothing"});
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression("^Global key F11 unavailable: .*bound no shortcut"));
+        QTest::failOnWarning(QRegularExpression("Global key F11"));
+        ClipboardDesk desk(false, /*hotKey*/ true);
+        QTRY_COMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyOff));
     }
 };
 
