@@ -160,34 +160,30 @@ private Q_SLOTS:
                 install(dir.filePath(u"bin/xdg-open"_s), recorder) &&
                 install(dir.filePath(u"Update.exe"_s), readFile(m_build + u"/src/quillora-updater"_s)));
 
-        StandinService service;
-        QVERIFY(service.listen());
-        MakerSite site(service);
+        MakerSite site(m_service);
         const QString download = site.setDownload(u"quillora-2.1.92"_s, recorder);
         site.setUpdate(u"2.1.92"_s, download,
                        digest.isEmpty() ? QByteArray()
                                         : MakerSite::sha256Hex(digest == u"right" ? recorder : "other"));
 
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"QUILLORA_SITE_URL"_s, site.url());
         env.insert(u"QUILLORA_SERVICE_URL"_s, u"http://127.0.0.1:9"_s);
         env.insert(u"QUILLORA_API_URL"_s, u"http://127.0.0.1:9"_s);
         env.insert(u"PATH"_s, dir.filePath(u"bin"_s) + u':' + env.value(u"PATH"_s));
-        env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
         // Every answer comes after 3 s; the whole download may take 1.
         const bool slow = QTest::currentDataTag() == QByteArray("download too slow");
         env.insert(u"QUILLORA_DOWNLOAD_MS"_s, slow ? u"1000"_s : u"30000"_s);
-        service.setDelayMs(slow ? 3000 : 0);
+        m_service.setDelayMs(slow ? 3000 : 0);
 
         // The old program is still running when the updater starts: it waits for its end. The old
         // program's own update check goes elsewhere, so that only the updater's request is counted.
         QProcess running;
-        QProcessEnvironment oldEnv = env;
-        oldEnv.insert(u"QUILLORA_SITE_URL"_s, service.baseUrl() + u"/old-program"_s);
-        running.setProcessEnvironment(oldEnv);
+        env.insert(u"QUILLORA_SITE_URL"_s, m_service.baseUrl() + u"/old-program"_s);
+        running.setProcessEnvironment(env);
         running.start(program, {u"mini"_s});
         QTRY_VERIFY_WITH_TIMEOUT(!runningAt(program).isEmpty(), 20000);
         QProcess updater;
+        env.insert(u"QUILLORA_SITE_URL"_s, site.url());
         updater.setProcessEnvironment(env);
         // Files, not pipes: what the updater starts outlives it and must be able to write.
         updater.setStandardOutputFile(QProcess::nullDevice());
