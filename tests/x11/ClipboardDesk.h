@@ -206,6 +206,7 @@ public:
 
     PingProbe()
     {
+        m_timer.setTimerType(Qt::PreciseTimer);
         m_timer.callOnTimeout(&m_timer, [this] { tick(); });
     }
     ~PingProbe() { m_process.kill(), m_process.waitForFinished(); }
