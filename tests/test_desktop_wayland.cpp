@@ -42,19 +42,14 @@ private Q_SLOTS:
     void cleanup() { m_wlCopy.endAll(); }
 
     void autoCopyDoesNotFeedBack() { test::autoCopyDoesNotFeedBack(m_wlCopy); }
-    void pictureSendsNothingThenTextOnce() { test::pictureSendsNothingThenTextOnce(m_wlCopy); }
     void copiesDuringASlowTranslation() { test::copiesDuringASlowTranslation(m_wlCopy); }
     void offersFollowOneRule() { test::offersFollowOneRule(m_wlCopy); }
-    void hostileOwnersLeaveTheWindowAnswering()
-    {
-        test::LoopProbe probe;
-        test::hostileOwnersLeaveTheWindowAnswering(m_wlCopy, probe);
-    }
+    void hostileOwnersLeaveTheWindowAnswering() { test::hostileOwnersLeaveTheWindowAnswering(m_wlCopy); }
 
     void withoutDataControlOnlyTheFocusedWindowWatches()
     {
         qputenv("QUILLORA_CLIPBOARD", "focus");
-        ClipboardDesk desk({});
+        ClipboardDesk desk;
         qunsetenv("QUILLORA_CLIPBOARD");
         QCOMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgClipboardFocus));
         m_wlCopy.copy("hello");
@@ -79,27 +74,20 @@ private Q_SLOTS:
         QCOMPARE(m_wlCopy.read(), "bonjour");
     }
 
-    // An offer whose writer stalls or never stops ends in failure within the limits.
+    // An offer whose writer stalls, or writes more than the cap, ends in failure within the limits; one
+    // that closes its end is read by every copy here.
     void readsAreCappedInSizeAndTime()
     {
-        // What the writer wrote, whether it closed its end, whether the read succeeded and overflowed.
-        const QList<std::tuple<QByteArray, bool, bool, bool>> rows{{"bonjour", true, true, false},
-                                                                   {"bon", false, false, false},
-                                                                   {QByteArray(65, 'x'), false, false, true}};
-        for (const auto& [written, closed, ok, overflowed] : rows) {
+        for (const QByteArray& written : {QByteArray("bon"), QByteArray(65, 'x')}) {
             int fds[2];
             QVERIFY(::pipe2(fds, O_CLOEXEC) == 0);
             QVERIFY(::write(fds[1], written.constData(), size_t(written.size())) == written.size());
-            if (closed)
-                ::close(fds[1]);
             PipeReader reader(fds[0], 64, 300);
             QSignalSpy finished(&reader, &PipeReader::finished);
             QVERIFY(finished.wait(2000));
-            QCOMPARE(finished[0][0].toBool(), ok);
-            QCOMPARE(finished[0][1].toByteArray(), ok ? written : QByteArray());
-            QCOMPARE(reader.overflowed(), overflowed);
-            if (!closed)
-                ::close(fds[1]);
+            QCOMPARE(finished[0], (QVariantList{false, QByteArray()}));
+            QCOMPARE(reader.overflowed(), written.size() > 64);
+            ::close(fds[1]);
         }
     }
 
@@ -108,7 +96,7 @@ private Q_SLOTS:
     {
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression("^Global key F11 unavailable: .*CreateSession"));
-        ClipboardDesk desk({false, /*hotKey*/ true});
+        ClipboardDesk desk(false, /*hotKey*/ true);
         QTRY_COMPARE(desk.window().statusMessage(), uiText(desk.window().interfaceLanguage(), MsgHotKeyOff));
     }
 };

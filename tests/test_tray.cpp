@@ -80,11 +80,6 @@ bool click(const QString& window)
     return runCommand("xdotool", {"mousemove", "--window", window, "8", "8", "click", "1"}).ok();
 }
 
-template <typename Condition> bool eventually(Condition condition)
-{
-    return QTest::qWaitFor(condition, 10000);
-}
-
 bool endsCleanlyOn(QProcess& program, int signal)
 {
     ::kill(pid_t(program.processId()), signal);
@@ -117,14 +112,16 @@ class TrayTest : public QObject
             m_tray.start("trayer",
                          {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"});
         }
-        return eventually([up] {
-            return run("xdotool", {"search", "--classname", "^panel$"}).isEmpty() != up;
-        });
+        return QTest::qWaitFor(
+            [up] {
+                return run("xdotool", {"search", "--classname", "^panel$"}).isEmpty() != up;
+            },
+            10000);
     }
     bool start(QProcess& program, const QStringList& args, bool waitForIcon = true)
     {
         program.start(m_dir.filePath("quillora"), args);
-        return !waitForIcon || eventually([&] { return !iconOf(program).isEmpty(); });
+        return !waitForIcon || QTest::qWaitFor([&] { return !iconOf(program).isEmpty(); }, 10000);
     }
 
 private Q_SLOTS:
@@ -137,27 +134,28 @@ private Q_SLOTS:
         QVERIFY(trayUp());
     }
 
-    // The arguments as given, whether the window shows and whether the updater is kept: "mini" after a Qt
-    // option is not the first argument, so the window shows as on a plain start.
+    // The arguments as given: "mini" after a Qt option is not the first argument, so the window shows as on
+    // a plain start; "UP" keeps the updater, which any other start removes.
     void startArguments()
     {
-        const QList<std::tuple<QStringList, bool, bool>> rows{
-            {{"mini"}, false, false}, {{"-name", "x", "mini"}, true, false}, {{"UP"}, true, true}};
-        for (const auto& [args, visible, updaterKept] : rows) {
+        for (const auto& [args, updaterKept] :
+             QList<std::pair<QStringList, bool>>{{{"-name", "x", "mini"}, false}, {{"UP"}, true}}) {
             QVERIFY(writeFile(m_dir.filePath("Update.exe"), "MZ updater"));
             QProcess program;
             QVERIFY(start(program, args));
-            QVERIFY2(visible ? eventually([&] { return shown(program); }) : !shown(program),
-                     qPrintable(args.join(' ')));
+            QVERIFY2(QTest::qWaitFor([&] { return shown(program); }, 10000), qPrintable(args.join(' ')));
             QCOMPARE(QFile::remove(m_dir.filePath("Update.exe")), updaterKept);
             QVERIFY(endsCleanlyOn(program, SIGTERM));
         }
     }
 
-    void iconClickToggles()
+    // "mini" starts in the tray, the updater removed; a click on the icon shows the window, another hides it.
+    void miniStartsInTheTrayIconClickToggles()
     {
+        QVERIFY(writeFile(m_dir.filePath("Update.exe"), "MZ updater"));
         QProcess program;
         QVERIFY(start(program, {"mini"}));
+        QVERIFY(!shown(program) && !QFile::exists(m_dir.filePath("Update.exe")));
         const QString icon = iconOf(program);
         // The icon window exists a moment before the tray has embedded it; a click then goes nowhere.
         bool appeared = false;
@@ -167,35 +165,29 @@ private Q_SLOTS:
         }
         QVERIFY(appeared);
         QVERIFY(click(icon));
-        QVERIFY(eventually([&] { return !shown(program); }));
+        QTRY_VERIFY_WITH_TIMEOUT(!shown(program), 10000);
         QVERIFY(endsCleanlyOn(program, SIGHUP));
     }
 
+    // Started hidden with no tray, the window waits minimised in the task list; a tray that comes up takes it
+    // in, one that goes away gives it back, and one that comes back takes it again.
     void withoutTrayTheWindowStaysReachable()
     {
         QProcess wm;
         wm.start("openbox", {"--sm-disable"});
-        QVERIFY(eventually([] {
-            return run("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains("window id");
-        }));
+        QTRY_VERIFY_WITH_TIMEOUT(run("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains("window id"),
+                                 10000);
         QVERIFY(trayUp(false));
         QProcess mini;
         QVERIFY(start(mini, {"mini"}, false));
-        QVERIFY(eventually([&] { return iconicInTaskList(mini); }));
-        // A tray that comes up later takes the minimised window in.
+        QTRY_VERIFY_WITH_TIMEOUT(iconicInTaskList(mini), 10000);
         QVERIFY(trayUp());
-        QVERIFY(eventually([&] { return !reachable(mainWindow(mini)) && !iconOf(mini).isEmpty(); }));
-        QVERIFY(endsCleanlyOn(mini, SIGTERM));
-
-        // Hidden in a tray that goes away, then comes back.
-        QVERIFY(trayUp());
-        QProcess hidden;
-        QVERIFY(start(hidden, {"mini"}));
+        QTRY_VERIFY_WITH_TIMEOUT(!reachable(mainWindow(mini)) && !iconOf(mini).isEmpty(), 10000);
         QVERIFY(trayUp(false));
-        QVERIFY(eventually([&] { return iconicInTaskList(hidden); }));
+        QTRY_VERIFY_WITH_TIMEOUT(iconicInTaskList(mini), 10000);
         QVERIFY(trayUp());
-        QVERIFY(eventually([&] { return !iconOf(hidden).isEmpty(); }));
-        QVERIFY(endsCleanlyOn(hidden, SIGTERM));
+        QTRY_VERIFY_WITH_TIMEOUT(!iconOf(mini).isEmpty(), 10000);
+        QVERIFY(endsCleanlyOn(mini, SIGTERM));
     }
 
     // The start ends in a box, and a line on the error stream, in the user's language (French).
@@ -210,14 +202,13 @@ private Q_SLOTS:
         QVERIFY(QFile::setPermissions(dir.path(), open) &&
                 QFile::setPermissions(folder, open & ~QFile::WriteOwner));
         // Folder permissions bind everyone but root; run it as an ordinary user would.
+        QStringList command{"env", "XDG_CONFIG_HOME=" + config, folder + "/quillora"};
+        if (geteuid() == 0)
+            command = QStringList{"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"} + command;
         QProcess program;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_CONFIG_HOME", config);
-        program.setProcessEnvironment(environment);
-        const QStringList asUser{"--reuid=65534", "--regid=65534", "--clear-groups", folder + "/quillora"};
-        program.start(geteuid() == 0 ? "setpriv" : asUser.last(), geteuid() == 0 ? asUser : QStringList());
+        program.start(command.takeFirst(), command);
         QString box;
-        QVERIFY(eventually([&] { return !(box = windowsOf(program, "--onlyvisible").value(0)).isEmpty(); }));
+        QTRY_VERIFY_WITH_TIMEOUT(!(box = windowsOf(program, "--onlyvisible").value(0)).isEmpty(), 10000);
         QCOMPARE(run("xdotool", {"getwindowname", box}).trimmed(), "Avis");
         QVERIFY(program.state() == QProcess::Running);
         // The box takes the press and is gone before the release, which xdotool then reports.
@@ -226,10 +217,9 @@ private Q_SLOTS:
         const QString err = QString::fromUtf8(program.readAllStandardError());
         QFile::setPermissions(folder, open);
         QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 1, qPrintable(err));
-        const QString said = "l'ancien programme de mise à jour " + folder +
-                             "/Update.exe n'a pas pu être supprimé. "
-                             "Raison : Permission denied";
-        QVERIFY2(err.contains(said), qPrintable(err));
+        QVERIFY2(err.contains("l'ancien programme de mise à jour " + folder +
+                              "/Update.exe n'a pas pu être supprimé. Raison : Permission denied"),
+                 qPrintable(err));
         QVERIFY(QFile::exists(folder + "/Update.exe"));
     }
 };

@@ -1,9 +1,9 @@
 // Measures how quickly an X11 window answers the window manager's _NET_WM_PING, from a process of its
 // own so that the window's process cannot vouch for itself.
 //
-//   quillora-ping-probe <window id> <interval ms>
+//   quillora-ping-probe <window id>
 //
-// Prints "ready" once it listens for answers, then pings every interval until SIGTERM or SIGINT and
+// Prints "ready" once it listens for answers, then pings every 20 ms until SIGTERM and
 // prints "sent N answered M max_ms X", where X is the longest round trip, a ping still unanswered at the
 // end counted by its age.
 #include <algorithm>
@@ -42,16 +42,14 @@ xcb_atom_t atom(xcb_connection_t* c, const char* name)
 int main(int argc, char** argv)
 {
     xcb_connection_t* c = xcb_connect(nullptr, nullptr);
-    if (argc < 3 || xcb_connection_has_error(c)) {
-        std::fprintf(stderr, "usage: %s <window id> <interval ms>, with an X server\n", argv[0]);
+    if (argc < 2 || xcb_connection_has_error(c)) {
+        std::fprintf(stderr, "usage: %s <window id>, with an X server\n", argv[0]);
         return 2;
     }
     const auto window = xcb_window_t(std::strtoul(argv[1], nullptr, 0));
-    const int intervalMs = std::atoi(argv[2]);
     // Above ordinary load where allowed, as the window's process is: the machine's load is not the window's.
     setpriority(PRIO_PROCESS, 0, -10);
     std::signal(SIGTERM, [](int) { g_stop = 1; });
-    std::signal(SIGINT, [](int) { g_stop = 1; });
     // Answers go to the root window with the StructureNotify mask.
     const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(c, xcb_setup_roots_iterator(xcb_get_setup(c)).data->root, XCB_CW_EVENT_MASK,
@@ -76,7 +74,7 @@ int main(int argc, char** argv)
             xcb_send_event(c, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&ping));
             xcb_flush(c);
             pending[uint32_t(sent)] = nextPing = nowMs();
-            nextPing += intervalMs;
+            nextPing += 20;
         }
         poll(&pfd, 1, int(nextPing - nowMs()) + 1);
         while (xcb_generic_event_t* e = xcb_poll_for_event(c)) {
