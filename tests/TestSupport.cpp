@@ -51,9 +51,8 @@ QByteArray readFile(const QString& path)
 
 void raiseOwnPriority()
 {
-    const QStringList threads =
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& thread : threads)
+    for (const QString& thread :
+         QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         ::setpriority(PRIO_PROCESS, id_t(thread.toUInt()), -10);
 }
 

@@ -48,7 +48,6 @@ private:
     StandinService m_service;
     QDateTime m_now;
     QTemporaryDir m_dir;
-    QTemporaryDir m_config;
     OfflineEngine m_apertium;
     std::unique_ptr<TranslationEngine> m_engine;
     std::unique_ptr<OfflineEngine> m_offline;
@@ -82,7 +81,6 @@ private Q_SLOTS:
             test::writeFile(m_dir.filePath("apertium"),
                             "#!/bin/sh\n[ \"$1\" = -l ] && { echo eng-spa; exit 0; }\nexec tr a-z A-Z\n"));
         QVERIFY(QFile::setPermissions(m_dir.filePath("apertium"), QFile::ReadOwner | QFile::ExeOwner));
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config.path())); // for quillora-cli
         listPairs(m_apertium);
     }
     void init()

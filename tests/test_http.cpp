@@ -173,7 +173,6 @@ private Q_SLOTS:
             // A piece without the marker gives its characters from the 47th on.
             {cutTranslation, SpanMark + "a</span>" + QString(44, u'.') + "YZ" + end, "a"},
             {cutTranslation, SpanMark + "a</span>" + QString(45, u'.') + "YZ" + end, "aZ"},
-            {cutTranslation, SpanMark + "a</span>" + QString(46, u'.') + "YZ" + end, "aYZ"},
             {cutTranslation, SpanMark + "a</span></span>" + SpanMark + "b" + end, "ab"},
             {cutTranslation, "x" + end + SpanMark + "late" + end, "late"},
             {cutTranslation, SpanMark + "text</span></p>", ""},
