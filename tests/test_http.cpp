@@ -186,11 +186,9 @@ private Q_SLOTS:
             {cutDictionary, DictMark + "n<div><div>a</div></div>", ""}};
         for (const auto& [cut, page, expected] : rows)
             QCOMPARE(cut(page), expected);
-        // Raw text, as a translation, as a romanization.
-        const QList<QStringList> entities{{"&amp;lt;", "<", "<"},
-                                          {"a&amp;quot;b", "a\r\nb", "a\r\nb"},
-                                          {"Why?", "Why ", "Why "},
-                                          {"ni  hao   x", "ni  hao   x", "ni\r\nhao\r\n x"},
+        // Raw text, as a translation, as a romanization: where the two differ, where the order of the
+        // replacements shows, and what is left alone.
+        const QList<QStringList> entities{{"ni  hao   x", "ni  hao   x", "ni\r\nhao\r\n x"},
                                           {"a&lt;br&gt;b", "a\r\nb", "a<br>b"},
                                           {"&amp;amp;#39;", "'", "&#39;"},
                                           {"&quot;&#39;&amp;#39;&gt;&amp;gt;", "\"''>>", "\"''>>"},

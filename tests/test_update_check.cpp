@@ -137,7 +137,6 @@ private Q_SLOTS:
                                                           {u"http://maker.example/Update.txt"_s, true, false},
                                                           {u"HTTP://[::1]:8/Update.txt"_s, true, true},
                                                           {u"file:///etc/passwd"_s, false, false},
-                                                          {u"steam://run/1"_s, false, false},
                                                           {u"http:///x"_s, false, false}};
         for (const auto& [address, web, trusted] : rows) {
             QStringList opened;
