@@ -15,29 +15,11 @@ using Form = StandinService::FormMode;
 using Json = StandinService::JsonMode;
 using Failure = TranslationFailure;
 
-namespace
-{
-
 #define NEED_ENGLISH_SPANISH()                                                                               \
     if (!m_apertium.pairFor({kEnglish, "en", "es", "en"}))                                                   \
     QSKIP("apertium with apertium-eng-spa is not installed")
 
 const QString kEnglish = "The weather is nice today and I want to go to the beach.";
-
-QList<OfflinePair> listPairs(OfflineEngine& engine)
-{
-    return test::awaitAnswer<QList<OfflinePair>>([&](auto done) { engine.listPairs(done); })
-        .value_or(QList<OfflinePair>{});
-}
-
-TranslationOutcome runOffline(OfflineEngine& engine, const OfflinePair& pair, const QString& text)
-{
-    return test::awaitAnswer<TranslationOutcome>(
-               [&](auto done) { QVERIFY(engine.translate(pair, text, done)); })
-        .value_or(TranslationOutcome{});
-}
-
-} // namespace
 
 // The service engine, the offline engine (the installed Apertium, and for the session one of the test's
 // own), and the session that chooses between them for the window and the tool.
@@ -59,6 +41,17 @@ private:
         return test::awaitAnswer<TranslationOutcome>([&](auto done) {
                    QVERIFY(m_engine->translate({text, source, "fr", "en"}, done));
                })
+            .value_or(TranslationOutcome{});
+    }
+    static QList<OfflinePair> listPairs(OfflineEngine& engine)
+    {
+        return test::awaitAnswer<QList<OfflinePair>>([&](auto done) { engine.listPairs(done); })
+            .value_or(QList<OfflinePair>{});
+    }
+    static TranslationOutcome runOffline(OfflineEngine& engine, const OfflinePair& pair, const QString& text)
+    {
+        return test::awaitAnswer<TranslationOutcome>(
+                   [&](auto done) { QVERIFY(engine.translate(pair, text, done)); })
             .value_or(TranslationOutcome{});
     }
     int posts() const { return m_service.count("POST", "/"); }
@@ -211,7 +204,8 @@ private Q_SLOTS:
         QVERIFY(!m_engine->busy() && !m_engine->formSkipped() && jsonGets() == 0);
     }
 
-    void sessionReturnsAtOnceFinishesOnceSpeaksAndCancels()
+    // The session returns at once and finishes once; it speaks, learns the offline pairs first, cancels.
+    void session()
     {
         QSignalSpy finished(m_session.get(), &TranslationSession::finished);
         QSignalSpy busy(m_session.get(), &TranslationSession::busyChanged);
@@ -239,31 +233,29 @@ private Q_SLOTS:
             QCOMPARE(finish(finished, finished.count() + 1).SourceSpeechOk, text.size() == kSpeechTextLimit);
             QCOMPARE(QFile::exists(speechPagePath(m_dir.path(), 1)), text.size() == kSpeechTextLimit);
         }
+        // Offline, the pairs are learnt first: a text no pair covers runs nothing and leaves the speakers.
+        const qsizetype sent = m_service.requests().size();
+        m_session->setTargetRow(languageIndexForCode("th"));
+        QVERIFY(m_session->translate("hello", EngineChoice::Offline));
+        result = finish(finished, 5);
+        QVERIFY(result.uncovered && !result.outcome.ok() && !result.SourceSpeechOk);
+        m_session->setTargetRow(languageIndexForCode("es"));
+        QVERIFY(m_session->translate("hello", EngineChoice::Offline));
+        result = finish(finished, 6);
+        QCOMPARE(result.outcome.result.translation.trimmed() + ' ' + result.offlinePair.value().mode,
+                 "HELLO eng-spa");
+        QVERIFY(!result.uncovered && m_service.requests().size() == sent);
         // A cancel ends the running translation; idle, it does nothing.
         m_session->cancel();
         m_service.setDelayMs(5000);
         QVERIFY(m_session->translate("hello", EngineChoice::Auto));
         m_session->cancel();
-        QCOMPARE(finish(finished, 5).outcome.failure, Failure::Cancelled);
-        QVERIFY(!m_session->Translating() && finished.count() == 5);
+        QCOMPARE(finish(finished, 7).outcome.failure, Failure::Cancelled);
+        QVERIFY(!m_session->Translating() && finished.count() == 7);
     }
 
-    void sessionOfflineLearnsThePairsFirst()
-    {
-        QSignalSpy finished(m_session.get(), &TranslationSession::finished);
-        m_session->setTargetRow(languageIndexForCode("th"));
-        QVERIFY(m_session->translate("hello", EngineChoice::Offline));
-        const SessionResult uncovered = finish(finished);
-        QVERIFY(uncovered.uncovered && !uncovered.outcome.ok() && !uncovered.SourceSpeechOk);
-        m_session->setTargetRow(languageIndexForCode("es"));
-        QVERIFY(m_session->translate("hello", EngineChoice::Offline));
-        const SessionResult covered = finish(finished, 2);
-        QCOMPARE(covered.outcome.result.translation.trimmed() + ' ' + covered.offlinePair.value().mode,
-                 "HELLO eng-spa");
-        QVERIFY(!covered.uncovered && m_service.requests().isEmpty());
-    }
-
-    void pairsFromModeNames()
+    // The pairs the installed modes' names make, and the marks Apertium puts on words it does not know.
+    void apertiumTexts()
     {
         const QList<std::pair<QStringList, QString>> rows{
             {{"eng-spa", "spa-eng_US", "spa-eng"}, "en-es eng-spa, es-en spa-eng"}, // plain beats variant
@@ -279,6 +271,12 @@ private Q_SLOTS:
                 listed << pair.source + '-' + pair.target + ' ' + pair.mode;
             QCOMPARE(listed.join(", "), pairs);
         }
+        // Output, source, shown.
+        for (const QStringList& row :
+             QList<QStringList>{{u"The #a lot of @house"_s, u"muchos casa"_s, u"The a lot of house"_s},
+                                {u"#tag and #a lot"_s, u"#tag y muchos"_s, u"#tag and #a lot"_s},
+                                {u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s}})
+            QCOMPARE(withoutUnknownMarks(row[0], row[1]), row[2]);
     }
 
     void everyCatalogueLanguageHasAFingerprint()
@@ -289,16 +287,6 @@ private Q_SLOTS:
             QVERIFY2(QFile::exists(LanguageGuesser::defaultFingerprintFolder() + '/' +
                                    fingerprintName(LanguageCode(i)) + ".lm"),
                      qPrintable(LanguageCode(i)));
-    }
-
-    void unknownWordMarks()
-    {
-        // Output, source, shown.
-        for (const QStringList& row :
-             QList<QStringList>{{u"The #a lot of @house"_s, u"muchos casa"_s, u"The a lot of house"_s},
-                                {u"#tag and #a lot"_s, u"#tag y muchos"_s, u"#tag and #a lot"_s},
-                                {u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s, u"5 # 3, a@b.org"_s}})
-            QCOMPARE(withoutUnknownMarks(row[0], row[1]), row[2]);
     }
 
     void translatesWithTheInstalledPair()
@@ -317,12 +305,7 @@ private Q_SLOTS:
         QVERIFY(listPairs(missing).isEmpty() && missing.knownPairs());
         QCOMPARE(runOffline(missing, {"eng-spa", "en", "es"}, kEnglish).failure,
                  TranslationFailure::BadAnswer);
-    }
-
-    // Over time shows in the command line's engine that never answers.
-    void outputOverTheCap()
-    {
-        NEED_ENGLISH_SPANISH();
+        // An answer over the cap; over time shows in the command line's engine that never answers.
         OfflineEngine engine;
         engine.setMaxBytes(100);
         QCOMPARE(runOffline(engine, {"eng-spa", "en", "es"}, kEnglish.repeated(20)).failure,

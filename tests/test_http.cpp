@@ -12,20 +12,6 @@
 
 using namespace quillora;
 
-namespace
-{
-HttpReply fetch(HttpClient& client, const QUrl& url)
-{
-    return test::awaitAnswer<HttpReply>([&](auto done) { QVERIFY(client.get(url, done)); })
-        .value_or(HttpReply{});
-}
-
-HttpReply okReply(const QByteArray& body, const QByteArray& contentType = "text/plain")
-{
-    return {HttpReply::Ok, 200, body, contentType, {}, {}, {}};
-}
-} // namespace
-
 // The HTTP client, what is sent to the service and what is read from its answers.
 class TestHttp : public QObject
 {
@@ -33,13 +19,22 @@ class TestHttp : public QObject
 private:
     test::StandinService m_service;
     QUrl url(const QString& path) const { return QUrl(m_service.baseUrl() + path); }
+    static HttpReply fetch(HttpClient& client, const QUrl& url)
+    {
+        return test::awaitAnswer<HttpReply>([&](auto done) { QVERIFY(client.get(url, done)); })
+            .value_or(HttpReply{});
+    }
+    static HttpReply okReply(const QByteArray& body, const QByteArray& contentType = "text/plain")
+    {
+        return {HttpReply::Ok, 200, body, contentType, {}, {}, {}};
+    }
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.listen()); }
     void init() { m_service.reset(); }
 
     // What a POST carries, and an unreachable server, show in the engine's and the CLI's tests.
-    void answersAsSent()
+    void answers()
     {
         HttpClient client;
         m_service.setFile("a.txt", "alpha\r\nbeta", "text/plain; charset=UTF-8");
@@ -52,8 +47,30 @@ private Q_SLOTS:
             QVERIFY(page.body.contains("status " + QByteArray::number(status)));
         }
         QCOMPARE(m_service.requests().constFirst().header("User-Agent"), QByteArray("Quillora/2.1.91"));
+        // Only "404 Not Found" empties an answer; the declared charset decodes it, else UTF-8.
+        const QList<QByteArrayList> rows{
+            {"ok\r\nsee 404 Not Found inside", "text/plain", ""},
+            {"caf\xe9", "text/plain; charset=ISO-8859-1", "café"},
+            {"caf\xc3\xa9", "text/plain", "café"},
+            {"<h1>500 Server Error</h1>", "text/html", "<h1>500 Server Error</h1>"}};
+        for (const QByteArrayList& row : rows)
+            QCOMPARE(urlText(okReply(row[0], row[1])), QString::fromUtf8(row[2]));
+        // The update list needs "Updates" and is read in the legacy code page, whatever the header says.
+        const QByteArray lower = "2.1.92|1|http://127.0.0.1/download|updates only\r\n";
+        QCOMPARE(urlBytesText(okReply(lower), true), QString());
+        QCOMPARE(urlBytesText(okReply(lower), false), QString::fromLatin1(lower));
+        const QByteArray bytes = "Updates \xb0\xa1 caf\xe9";
+        const test::CommandResult iconv = test::runCommand(
+            "iconv", {"-f", QString::fromLatin1(legacyCodecForLocale(systemLocaleName())), "-t", "UTF-8"},
+            bytes);
+        const QString expected = QString::fromUtf8(iconv.out);
+        QVERIFY(iconv.ok() && expected != QString::fromUtf8(bytes));
+        QCOMPARE(urlBytesText(okReply(bytes, "text/plain; charset=UTF-8"), true), expected);
+        const HttpReply failed{HttpReply::NetworkError, 0, "Updates", "text/plain", {}, {}, {}};
+        QCOMPARE(urlText(failed) + urlBytesText(failed, false), QString());
     }
 
+    // The size, time and redirect limits, and one request at a time.
     void limits()
     {
         HttpClient client;
@@ -83,6 +100,15 @@ private Q_SLOTS:
             QVERIFY2(clock.elapsed() < 2500 && late.body.isEmpty() && !client.busy(),
                      qPrintable(slow.path()));
         }
+        client.setTimeoutMs(HttpClient::kDefaultTimeoutMs);
+        const HttpReply five = fetch(client, url("/redirect/5"));
+        QVERIFY(five.ok() && five.body.contains("arrived"));
+        QCOMPARE(five.url.path(), "/redirect/0");
+        m_service.clearRequests();
+        QCOMPARE(fetch(client, url("/redirect/6")).outcome, HttpReply::TooManyRedirects);
+        // Qt sends a request again now and then when the server closes a connection under it.
+        const qsizetype sent = m_service.requests().size();
+        QVERIFY(sent > HttpClient::kMaxRedirects && sent <= 2 * (HttpClient::kMaxRedirects + 1));
     }
 
     void unfinishedAnswersAreNeverOk()
@@ -100,19 +126,6 @@ private Q_SLOTS:
         QTest::qWait(200); // a few bytes of the body arrive
         delete ending;
         QVERIFY(!called);
-    }
-
-    void redirectsAreFollowedFiveTimes()
-    {
-        HttpClient client;
-        const HttpReply five = fetch(client, url("/redirect/5"));
-        QVERIFY(five.ok() && five.body.contains("arrived"));
-        QCOMPARE(five.url.path(), "/redirect/0");
-        m_service.clearRequests();
-        QCOMPARE(fetch(client, url("/redirect/6")).outcome, HttpReply::TooManyRedirects);
-        // Qt sends a request again now and then when the server closes a connection under it.
-        const qsizetype sent = m_service.requests().size();
-        QVERIFY(sent > HttpClient::kMaxRedirects && sent <= 2 * (HttpClient::kMaxRedirects + 1));
     }
 
     void tlsCertificatesAreVerified()
@@ -139,32 +152,7 @@ private Q_SLOTS:
         QVERIFY2(refused.errorText.contains("certificate"), qPrintable(refused.errorText));
     }
 
-    void answerTexts()
-    {
-        // Only "404 Not Found" empties an answer; the declared charset decodes it, else UTF-8.
-        const QList<QByteArrayList> rows{
-            {"ok\r\nsee 404 Not Found inside", "text/plain", ""},
-            {"caf\xe9", "text/plain; charset=ISO-8859-1", "café"},
-            {"caf\xc3\xa9", "text/plain", "café"},
-            {"<h1>500 Server Error</h1>", "text/html", "<h1>500 Server Error</h1>"}};
-        for (const QByteArrayList& row : rows)
-            QCOMPARE(urlText(okReply(row[0], row[1])), QString::fromUtf8(row[2]));
-        // The update list needs "Updates" and is read in the legacy code page, whatever the header says.
-        const QByteArray lower = "2.1.92|1|http://127.0.0.1/download|updates only\r\n";
-        QCOMPARE(urlBytesText(okReply(lower), true), QString());
-        QCOMPARE(urlBytesText(okReply(lower), false), QString::fromLatin1(lower));
-        const QByteArray bytes = "Updates \xb0\xa1 caf\xe9";
-        const test::CommandResult iconv = test::runCommand(
-            "iconv", {"-f", QString::fromLatin1(legacyCodecForLocale(systemLocaleName())), "-t", "UTF-8"},
-            bytes);
-        const QString expected = QString::fromUtf8(iconv.out);
-        QVERIFY(iconv.ok() && expected != QString::fromUtf8(bytes));
-        QCOMPARE(urlBytesText(okReply(bytes, "text/plain; charset=UTF-8"), true), expected);
-        const HttpReply failed{HttpReply::NetworkError, 0, "Updates", "text/plain", {}, {}, {}};
-        QCOMPARE(urlText(failed) + urlBytesText(failed, false), QString());
-    }
-
-    void cuts()
+    void formPage()
     {
         const QString end = "</span></div>", span = "<span title=\"t\" " + SpanMark;
         const QList<std::tuple<QString (*)(const QString&), QString, QString>> rows{
@@ -197,10 +185,6 @@ private Q_SLOTS:
             QCOMPARE(cutTranslation(SpanMark + row[0] + end), row[1]);
             QCOMPARE(cutRomanization(TranslitMark + row[0] + "</div>"), row[2]);
         }
-    }
-
-    void wholePageAndMarkers()
-    {
         // Written out as the service sent it, so a changed marker shows here.
         const QString page =
             "<div id=result_box dir=\"ltr\"><span title=\"x\" onmouseover=\"this.style.backgroundColor="

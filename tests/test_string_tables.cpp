@@ -79,7 +79,7 @@ private Q_SLOTS:
     }
 
     // The service's own spellings where they differ from the usual ones ("iw", not "he"), and the ends.
-    void codes()
+    void catalogue()
     {
         const QList<std::pair<int, QString>> rows{
             {-1, QString()}, {0, u"af"_s}, {25, u"iw"_s}, {58, u"yi"_s}, {59, QString()}};
@@ -88,13 +88,9 @@ private Q_SLOTS:
             QCOMPARE(languageIndexForCode(code), code.isEmpty() ? -1 : index);
         }
         QCOMPARE(languageIndexForCode(u"he"_s), -1);
-    }
-
-    // Source rows are catalogue entries two rows down; the two rows above them mean detection.
-    // Per row: source code, swap, right-to-left; the same row as a target: code, right-to-left.
-    // The pickers show the names in the interface language.
-    void pickers()
-    {
+        // Source rows are catalogue entries two rows down; the two rows above them mean detection.
+        // Per row: source code, swap, right-to-left; the same row as a target: code, right-to-left.
+        // The pickers show the names in the interface language.
         QStringList seen;
         for (int row : {0, 1, 2, 4, 27, 60}) {
             const SourceRowEffect s = sourceRowEffect(row);
@@ -111,7 +107,8 @@ private Q_SLOTS:
         QVERIFY(targetPickerNames(3) != targets);
     }
 
-    void valuesAreStoredAsPlainStrings()
+    // Values are stored as plain strings and read back whole.
+    void settingsFile()
     {
         const QString file = m_dir.filePath(u"written.conf"_s);
         Settings s(file);
@@ -127,6 +124,21 @@ private Q_SLOTS:
         s.setFontText(u"Noto Sans, Bold|400|False|12|0|False|False|0"_s);
         QCOMPARE(summary(Settings(file)),
                  u"-3|7|0|0|15|0|0;6;0;F;Noto Sans, Bold|400|False|12|0|False|False|0"_s);
+        // Hand-edited files never break reading. Null content: no file at all, which reading must not create.
+        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;"_s + kDefaultFont;
+        const QList<std::pair<QByteArray, QString>> rows{
+            {QByteArray(), defaults},
+            {"[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n",
+             u"1|2|zz;;-1;F;A,B"_s},
+            {"[Setup]\nOptions=1, 2\nAutoCopy=1\nStyle= 3 \n", u"1,2;1;3;T;"_s + kDefaultFont},
+            {"[Other]\nLanguage=\nStyle=0\n", defaults},
+            {QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20), defaults}};
+        for (const auto& [content, read] : rows) {
+            const QString edited = m_dir.filePath(u"edited%1.conf"_s.arg(rows.indexOf({content, read})));
+            QVERIFY(content.isNull() || test::writeFile(edited, content));
+            QCOMPARE(summary(Settings(edited)), read);
+            QCOMPARE(QFile::exists(edited), !content.isNull());
+        }
     }
 
     // A full disk: the stored file stays as it was and the failure is told once, until a write succeeds.
@@ -150,28 +162,9 @@ private Q_SLOTS:
         QCOMPARE(test::readFile(file), QByteArray("[Setup]\nLanguage=2\nStyle=-1\n"));
     }
 
-    // Null content: no file at all, which reading must not create.
-    void handEditedFilesNeverBreakReading()
-    {
-        const QString defaults = u"0|15|1|1|15|1|1;1;2;F;"_s + kDefaultFont;
-        const QList<std::pair<QByteArray, QString>> rows{
-            {QByteArray(), defaults},
-            {"[Setup]\nOptions=1|2|zz\nStyle=abc\nAutoCopy=yes\nLanguage=\nFont=A,B\n",
-             u"1|2|zz;;-1;F;A,B"_s},
-            {"[Setup]\nOptions=1, 2\nAutoCopy=1\nStyle= 3 \n", u"1,2;1;3;T;"_s + kDefaultFont},
-            {"[Other]\nLanguage=\nStyle=0\n", defaults},
-            {QByteArray("\xff\xfe\x00[Setup\n=\n\x01\x02Options", 20), defaults}};
-        for (const auto& [content, read] : rows) {
-            const QString file = m_dir.filePath(u"edited%1.conf"_s.arg(rows.indexOf({content, read})));
-            QVERIFY(content.isNull() || test::writeFile(file, content));
-            QCOMPARE(summary(Settings(file)), read);
-            QCOMPARE(QFile::exists(file), !content.isNull());
-        }
-    }
-
     // Fields 0-4 stop at the first that does not read, 5 and 6 read on their own. Written back, an
     // empty field takes its default.
-    void optionFields()
+    void optionAndFontFields()
     {
         const QList<std::tuple<QString, Options, QString>> rows{
             {u"3|7|x|0|15|0|0"_s, {3, 7, {}, {}, {}, false, false}, u"3|7|1|1|15|0|0"_s},
@@ -184,18 +177,14 @@ private Q_SLOTS:
             QVERIFY2(Options::fromText(text) == read, qPrintable(text));
             QCOMPARE(read.toText(), written);
         }
-    }
-
-    // A bad font field keeps its default and ends the reading; blanks and any case are fine.
-    void badFontFieldsKeepTheirDefaults()
-    {
-        const ParsedFont cut = parseFont(u" Arial |700|true|0|134|TRUE|1|255"_s);
-        QCOMPARE(cut.fieldsRead, 3);
-        QCOMPARE(formatFont(cut.font), u"Arial|700|True|12|0|False|False|0"_s);
-        const ParsedFont colour = parseFont(u"Arial|400|FALSE|9|134|1|0|16777216"_s);
-        QCOMPARE(colour.fieldsRead, 7);
-        QCOMPARE(formatFont(colour.font), u"Arial|400|False|9|134|True|False|0"_s);
-        QCOMPARE(parseFont(u" |700"_s).fieldsRead, 0);
+        // A bad font field keeps its default and ends the reading; blanks and any case are fine.
+        for (const auto& [text, fieldsRead, font] :
+             {std::tuple(u" Arial |700|true|0|134|TRUE|1|255"_s, 3, u"Arial|700|True|12|0|False|False|0"_s),
+              std::tuple(u"Arial|400|FALSE|9|134|1|0|16777216"_s, 7, u"Arial|400|False|9|134|True|False|0"_s),
+              std::tuple(u" |700"_s, 0, kDefaultFont)}) {
+            const ParsedFont parsed = parseFont(text);
+            QCOMPARE(std::pair(parsed.fieldsRead, formatFont(parsed.font)), std::pair(fieldsRead, font));
+        }
     }
 };
 

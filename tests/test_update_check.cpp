@@ -27,66 +27,61 @@ using namespace quillora;
 using namespace quillora::test;
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-// The maker's site on a stand-in, and what the parts asked of the program.
-struct Site {
-    ServiceAddresses addresses() const { return {{}, {}, {}, site.url()}; }
-    // The update check of a program in `folder`; every question is answered with `answer`.
-    UpdateCheckDeps checkDeps(const QString& folder, QMessageBox::StandardButton answer = QMessageBox::Ok)
-    {
-        return {&connectivity,
-                [this, answer](int offset, QMessageBox::Icon, QMessageBox::StandardButtons buttons) {
-                    return notices << offset << int(buttons), answer;
-                },
-                open,
-                [this](const QString& program, const QStringList& args) {
-                    return started << (QStringList{program} + args), true;
-                },
-                [this] { ++exits; },
-                folder + u"/quillora"_s,
-                addresses()};
-    }
-    // The promotion band in a widget of its own, its ticks driven by hand.
-    PromotionPanel* promotion()
-    {
-        picAD.resize(710, 60);
-        auto* panel = new PromotionPanel(&picAD, {&connectivity, open, addresses(), temp.path()});
-        panel->Timer3()->stop();
-        return panel;
-    }
-
-    StandinService service;
-    bool listening = service.listen();
-    MakerSite site{service};
-    FixedConnectivity connectivity{true};
-    QStringList opened;
-    std::function<bool(const QUrl&)> open = [this](const QUrl& url) {
-        return opened << url.toString(), true;
-    };
-    QList<int> notices; // the text's offset and the buttons, for each
-    QList<QStringList> started;
-    int exits = 0;
-    QTemporaryDir temp;
-    QWidget picAD;
-};
-
-// One update check, to its end.
-void run(UpdateCheck& check)
-{
-    QSignalSpy done(&check, &UpdateCheck::finished);
-    check.Timer2_Timer();
-    QVERIFY(done.wait(10000));
-}
-
-} // namespace
-
 class UpdateCheckTest : public QObject
 {
     Q_OBJECT
+    // The maker's site on a stand-in, and what the parts asked of the program.
+    struct Site {
+        ServiceAddresses addresses() const { return {{}, {}, {}, site.url()}; }
+        // The update check of a program in `folder`; every question is answered with `answer`.
+        UpdateCheckDeps checkDeps(const QString& folder, QMessageBox::StandardButton answer = QMessageBox::Ok)
+        {
+            return {&connectivity,
+                    [this, answer](int offset, QMessageBox::Icon, QMessageBox::StandardButtons buttons) {
+                        return notices << offset << int(buttons), answer;
+                    },
+                    open,
+                    [this](const QString& program, const QStringList& args) {
+                        return started << (QStringList{program} + args), true;
+                    },
+                    [this] { ++exits; },
+                    folder + u"/quillora"_s,
+                    addresses()};
+        }
+        // The promotion band in a widget of its own, its ticks driven by hand.
+        PromotionPanel* promotion()
+        {
+            picAD.resize(710, 60);
+            auto* panel = new PromotionPanel(&picAD, {&connectivity, open, addresses(), temp.path()});
+            panel->Timer3()->stop();
+            return panel;
+        }
+
+        StandinService service;
+        bool listening = service.listen();
+        MakerSite site{service};
+        FixedConnectivity connectivity{true};
+        QStringList opened;
+        std::function<bool(const QUrl&)> open = [this](const QUrl& url) {
+            return opened << url.toString(), true;
+        };
+        QList<int> notices; // the text's offset and the buttons, for each
+        QList<QStringList> started;
+        int exits = 0;
+        QTemporaryDir temp;
+        QWidget picAD;
+    };
+
+    // One update check, to its end.
+    static void run(UpdateCheck& check)
+    {
+        QSignalSpy done(&check, &UpdateCheck::finished);
+        check.Timer2_Timer();
+        QVERIFY(done.wait(10000));
+    }
+
 private Q_SLOTS:
-    void updateList()
+    void makerLists()
     {
         const QByteArray digest = QByteArray(32, '\xab').toHex();
         // Text, then version/number/download/details and the digest.
@@ -105,10 +100,6 @@ private Q_SLOTS:
                      fields);
             QCOMPARE(list.sha256.toHex(), sha256Hex);
         }
-    }
-
-    void sitesAndPageLists()
-    {
         using Records = QList<SiteRecord>;
         const Records two{{u"News"_s, u"http://n"_s}, {u"Maps"_s, u"http://m"_s}};
         const QList<std::pair<QString, Records>> sites{
