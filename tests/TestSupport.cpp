@@ -15,20 +15,17 @@ CommandResult runCommand(const QString& program, const QStringList& arguments, c
     QProcess process;
     process.setEnvironment(QProcess::systemEnvironment() + environment);
     process.start(program, arguments);
-    CommandResult result;
-    result.started = process.waitForStarted(timeoutMs);
+    const bool started = process.waitForStarted(timeoutMs);
     process.write(input);
     process.closeWriteChannel();
-    if (!result.started ||
+    if (!started ||
         !QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, timeoutMs)) {
         process.kill();
         process.waitForFinished();
-        return result;
+        return {started, -1, {}, {}};
     }
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
+    return {true, process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
 QByteArray iconvEncode(const QString& text, const QString& codec)
@@ -54,9 +51,8 @@ QByteArray readFile(const QString& path)
 
 void raiseOwnPriority()
 {
-    const QStringList threads =
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& thread : threads)
+    for (const QString& thread :
+         QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         ::setpriority(PRIO_PROCESS, id_t(thread.toUInt()), -10);
 }
 

@@ -19,9 +19,7 @@ std::optional<T> awaitAnswer(const std::function<void(std::function<void(const T
 {
     const auto got = std::make_shared<std::optional<T>>();
     start([got](const T& value) { *got = value; });
-    if (!QTest::qWaitFor([&got] { return got->has_value(); }, timeoutMs))
-        return std::nullopt;
-    return *got;
+    return QTest::qWaitFor([&got] { return got->has_value(); }, timeoutMs) ? *got : std::nullopt;
 }
 
 struct CommandResult {

@@ -3,10 +3,12 @@
 #include "app/StringTable.h"
 #include "net/Form1.h"
 #include "net/Http.h"
+#include "net/MakerLists.h"
 #include "net/PromotionPanel.h"
 #include "net/PromotionView.h"
 #include "net/SitesMenu.h"
 #include "net/UpdateCheck.h"
+#include "net/WebLink.h"
 #include "standin/MakerSite.h"
 
 #include <QAbstractButton>
@@ -25,101 +27,145 @@ using namespace quillora;
 using namespace quillora::test;
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-// The maker's site on a stand-in, and what the parts asked of the program.
-struct Site {
-    ServiceAddresses addresses() const { return {{}, {}, {}, site.url()}; }
-    // The update check of a program in `folder`; every question is answered with `answer`.
-    UpdateCheckDeps checkDeps(const QString& folder, QMessageBox::StandardButton answer = QMessageBox::Ok)
-    {
-        return {&connectivity,
-                [this, answer](int offset, QMessageBox::Icon, QMessageBox::StandardButtons buttons) {
-                    return notices << offset << int(buttons), answer;
-                },
-                open,
-                [this](const QString& program, const QStringList& args) {
-                    return started << (QStringList{program} + args), true;
-                },
-                [this] { ++exits; },
-                folder + u"/quillora"_s,
-                addresses()};
-    }
-    // The promotion band in a widget of its own, its ticks driven by hand.
-    PromotionPanel* promotion()
-    {
-        picAD.resize(710, 60);
-        auto* panel = new PromotionPanel(&picAD, {&connectivity, open, addresses(), temp.path()});
-        panel->Timer3()->stop();
-        return panel;
-    }
-
-    StandinService service;
-    bool listening = service.listen();
-    MakerSite site{service};
-    FixedConnectivity connectivity{true};
-    QStringList opened;
-    std::function<bool(const QUrl&)> open = [this](const QUrl& url) {
-        return opened << url.toString(), true;
-    };
-    QList<int> notices; // the text's offset and the buttons, for each
-    QList<QStringList> started;
-    int exits = 0;
-    QTemporaryDir temp;
-    QWidget picAD;
-};
-
-// One update check, to its end.
-void run(UpdateCheck& check)
-{
-    QSignalSpy done(&check, &UpdateCheck::finished);
-    check.Timer2_Timer();
-    QVERIFY(done.wait(10000));
-}
-
-} // namespace
-
 class UpdateCheckTest : public QObject
 {
     Q_OBJECT
-private Q_SLOTS:
-    void updateCheck_data()
+    // The maker's site on a stand-in, and what the parts asked of the program.
+    struct Site {
+        ServiceAddresses addresses() const { return {{}, {}, {}, site.url()}; }
+        // The update check of a program in `folder`; every question is answered with `answer`.
+        UpdateCheckDeps checkDeps(const QString& folder, QMessageBox::StandardButton answer = QMessageBox::Ok)
+        {
+            return {&connectivity,
+                    [this, answer](int offset, QMessageBox::Icon, QMessageBox::StandardButtons buttons) {
+                        return notices << offset << int(buttons), answer;
+                    },
+                    open,
+                    [this](const QString& program, const QStringList& args) {
+                        return started << (QStringList{program} + args), true;
+                    },
+                    [this] { ++exits; },
+                    folder + u"/quillora"_s,
+                    addresses()};
+        }
+        // The promotion band in a widget of its own, its ticks driven by hand.
+        PromotionPanel* promotion()
+        {
+            picAD.resize(710, 60);
+            auto* panel = new PromotionPanel(&picAD, {&connectivity, open, addresses(), temp.path()});
+            panel->Timer3()->stop();
+            return panel;
+        }
+
+        StandinService service;
+        bool listening = service.listen();
+        MakerSite site{service};
+        FixedConnectivity connectivity{true};
+        QStringList opened;
+        std::function<bool(const QUrl&)> open = [this](const QUrl& url) {
+            return opened << url.toString(), true;
+        };
+        QList<int> notices; // the text's offset and the buttons, for each
+        QList<QStringList> started;
+        int exits = 0;
+        QTemporaryDir temp;
+        QWidget picAD;
+    };
+
+    // One update check, to its end.
+    static void run(UpdateCheck& check)
     {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("asked");
-        const int ok = QMessageBox::Ok, cancel = QMessageBox::Cancel;
-        QTest::newRow("equal") << u"2.1.91"_s << ok << false;
-        QTest::newRow("textually older") << u"2.1.100"_s << ok << false;
-        QTest::newRow("newer, Cancel") << u"2.1.92"_s << cancel << true;
-        QTest::newRow("newer, OK") << u"2.1.92"_s << ok << true;
+        QSignalSpy done(&check, &UpdateCheck::finished);
+        check.Timer2_Timer();
+        QVERIFY(done.wait(10000));
     }
+
+private Q_SLOTS:
+    void makerLists()
+    {
+        const QByteArray digest = QByteArray(32, '\xab').toHex();
+        // Text, then version/number/download/details and the digest.
+        const QList<std::tuple<QString, QString, QByteArray>> rows{
+            {u"2.1.92|3|http://d/q|Updates:\r\nmore"_s, u"2.1.92/3/http://d/q/Updates:\r\nmore"_s, {}},
+            {u"2.2.0|12| http://d/q |Updates| "_s + QString::fromLatin1(digest.toUpper()) + u"\n"_s,
+             u"2.2.0/12/http://d/q/Updates"_s, digest},
+            {u"2.2.0|1|u|Updates|abcd"_s, u"2.2.0/1/u/Updates"_s, {}},
+            {u"2.2.0|1|u|Updates|"_s + QString(64, u'g'), u"2.2.0/1/u/Updates"_s, {}},
+            {u"v|x|u|d"_s, u"v/0/u/d"_s, {}},
+            {u" 2.1.92"_s, u" 2.1.92/0//"_s, {}}};
+        for (const auto& [text, fields, sha256Hex] : rows) {
+            const UpdateList list = parseUpdateList(text);
+            QCOMPARE(QStringList({list.version, QString::number(list.number), list.download, list.details})
+                         .join(u'/'),
+                     fields);
+            QCOMPARE(list.sha256.toHex(), sha256Hex);
+        }
+        using Records = QList<SiteRecord>;
+        const Records two{{u"News"_s, u"http://n"_s}, {u"Maps"_s, u"http://m"_s}};
+        const QList<std::pair<QString, Records>> sites{
+            {u"News|http://n<Maps|http://m"_s, two},
+            {u"News|http://n\r\n<Maps|http://m<\r\n"_s, two}, // a trailing separator and line break
+            {u"Just a caption"_s, {{u"Just a caption"_s, {}}}},
+            {u"A|http://a|ignored"_s, {{u"A"_s, u"http://a"_s}}},
+            {QString(), {}},
+            {u"S|http://s<"_s.repeated((16 << 20) / 11), Records(100, {u"S"_s, u"http://s"_s})}}; // 16 MiB
+        for (const auto& [text, records] : sites)
+            QCOMPARE(parseSitesList(text), records);
+        const QList<std::pair<QString, QStringList>> pages{
+            {u"http://a<|http://b"_s, {u"http://a"_s, u"http://b"_s}},
+            {u"http://a<|http://b<|\r\n"_s, {u"http://a"_s, u"http://b"_s, QString()}}, // an empty place kept
+            {u"http://a?x<y"_s, {u"http://a?x<y"_s}}, // a lone < is part of the address
+            {QString(), {}}}; // the limit of 100 shows in the replay of the fuzz corpus
+        for (const auto& [text, list] : pages)
+            QCOMPARE(splitPageList(text), list);
+    }
+
+    // Which addresses go to the browser, and which update lists may replace the program.
+    void webLinks()
+    {
+        const QList<std::tuple<QString, bool, bool>> rows{{u"https://maker.example/Update.txt"_s, true, true},
+                                                          {u"http://maker.example/Update.txt"_s, true, false},
+                                                          {u"HTTP://[::1]:8/Update.txt"_s, true, true},
+                                                          {u"file:///etc/passwd"_s, false, false},
+                                                          {u"http:///x"_s, false, false}};
+        for (const auto& [address, web, trusted] : rows) {
+            QStringList opened;
+            const bool ok = openWebAddress(QUrl(address),
+                                           [&opened](const QUrl& u) { return opened << u.toString(), true; });
+            QVERIFY2(ok == web && opened.size() == (web ? 1 : 0) &&
+                         isTrustedUpdateSource(QUrl(address)) == trusted,
+                     qPrintable(address));
+        }
+    }
+
+    // Offered the same version, then a newer one answered Cancel and OK.
     void updateCheck()
     {
-        QFETCH(QString, version);
-        QFETCH(int, answer);
-        QFETCH(bool, asked);
-        Site s;
-        UpdateCheck check(s.checkDeps(s.temp.path(), QMessageBox::StandardButton(answer)), nullptr);
-        s.site.setUpdate(version, s.site.urlOf(u"quillora-2.1.92"_s));
-        const QString updater = s.temp.filePath(u"Update.exe"_s);
-        QVERIFY(writeFile(updater, "stale"));
+        for (const auto& [version, answer] :
+             {std::pair(u"2.1.91"_s, QMessageBox::Ok), std::pair(u"2.1.92"_s, QMessageBox::Cancel),
+              std::pair(u"2.1.92"_s, QMessageBox::Ok)}) {
+            Site s;
+            UpdateCheck check(s.checkDeps(s.temp.path(), answer), nullptr);
+            s.site.setUpdate(version, s.site.urlOf(u"quillora-2.1.92"_s));
+            const QString updater = s.temp.filePath(u"Update.exe"_s);
+            QVERIFY(writeFile(updater, "stale"));
 
-        run(check);
-        QCOMPARE(s.site.requests(u"Update.txt"_s), 1);
-        QCOMPARE(s.notices,
-                 asked ? QList<int>({MsgNewVersion, QMessageBox::Ok | QMessageBox::Cancel}) : QList<int>());
-        // A stale updater is removed; OK writes the built one, executable, and hands over.
-        const bool handedOver = asked && answer == QMessageBox::Ok;
-        QCOMPARE(s.opened, asked && !handedOver ? QStringList{s.site.url() + u'/'} : QStringList());
-        QCOMPARE(readFile(updater), handedOver ? readFile(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
-                                                          u"/src/quillora-updater"_s)
-                                               : QByteArray());
-        QCOMPARE(QFileInfo(updater).isExecutable(), handedOver);
-        QCOMPARE(s.started,
-                 handedOver ? QList<QStringList>({{updater, u"quillora"_s}}) : QList<QStringList>());
-        QCOMPARE(s.exits, handedOver ? 1 : 0);
+            run(check);
+            QCOMPARE(s.site.requests(u"Update.txt"_s), 1);
+            const bool asked = version == u"2.1.92";
+            QCOMPARE(s.notices, asked ? QList<int>({MsgNewVersion, QMessageBox::Ok | QMessageBox::Cancel})
+                                      : QList<int>());
+            // A stale updater is removed; OK writes the built one, executable, and hands over.
+            const bool handedOver = asked && answer == QMessageBox::Ok;
+            QCOMPARE(s.opened, asked && !handedOver ? QStringList{s.site.url() + u'/'} : QStringList());
+            QCOMPARE(readFile(updater), handedOver ? readFile(qEnvironmentVariable("QUILLORA_BUILD_DIR") +
+                                                              u"/src/quillora-updater"_s)
+                                                   : QByteArray());
+            QCOMPARE(QFileInfo(updater).isExecutable(), handedOver);
+            QCOMPARE(s.started,
+                     handedOver ? QList<QStringList>({{updater, u"quillora"_s}}) : QList<QStringList>());
+            QCOMPARE(s.exits, handedOver ? 1 : 0);
+        }
     }
 
     // A packaged install, where the user cannot write the program's folder: OK opens the download page
@@ -200,27 +246,22 @@ private Q_SLOTS:
         // The promotion band's offline files go to the window's own temporary folder.
         QVERIFY(QFile::exists(runtime.filePath(u"quillora/offADen21.htm"_s)));
         window.findChild<PromotionPanel*>()->Timer3()->stop(); // it would fetch its lists too
-        QList<SiteRecord> twelve;
-        for (int i = 0; i < 12; ++i)
-            twelve.append({u"S%1"_s.arg(i), u"http://s%1"_s.arg(i)});
+        QList<SiteRecord> twelve(12, {u"S"_s, u"http://s"_s});
+        twelve[11].address = u"http://s11"_s;
         site.setList(u"CDlist21.txt"_s, twelve);
         site.setList(u"ZTlist26.txt"_s, {{u"Le Monde & Co"_s, u"http://lemonde"_s}});
         QMenu* sites = window.findChild<QMenu*>(u"SITEMENU"_s);
-        // The lists asked for since the last look.
-        const auto asked = [&rig] {
-            QStringList names;
-            for (const auto& request : rig.service.requests())
-                if (request.path().contains(u"list2"_s))
-                    names << request.path().section(u'/', -1);
-            rig.service.clearRequests();
-            return names.join(u' ');
+        // How often a language's list and its alternate were asked for.
+        const auto asked = [&site](const QString& number) {
+            return std::pair(site.requests(u"list/CDlist"_s + number + u".txt"_s),
+                             site.requests(u"list/ZTlist"_s + number + u".txt"_s));
         };
         QSignalSpy filled(window.findChild<SitesMenu*>(), &SitesMenu::filled);
         QCOMPARE(sites->actions().size(), 1);
-        QCOMPARE(asked(), QString());
+        QCOMPARE(asked(u"21"_s), std::pair(0, 0));
         window.show();
         QVERIFY(filled.wait(5000));
-        QCOMPARE(asked(), u"CDlist21.txt"_s);
+        QCOMPARE(asked(u"21"_s), std::pair(1, 0));
         QList<QAction*> items = sites->actions();
         QCOMPARE(items.size(), 13);
         items.at(10)->trigger(); // the record that also got the key "menuSite10"
@@ -230,13 +271,13 @@ private Q_SLOTS:
         window.hide();
         // French shares the Slovak lists; Chinese has none.
         for (const auto& [command, lists, shown] :
-             {std::tuple(u"menuS214"_s, u"CDlist26.txt ZTlist26.txt"_s,
+             {std::tuple(u"menuS214"_s, u"26"_s,
                          u"menuSite0=Le Monde && Co menuSite10=Sites &Web célèbres dans le monde"_s),
-              std::tuple(u"menuS202"_s, u"CDlist22.txt ZTlist22.txt"_s,
+              std::tuple(u"menuS202"_s, u"22"_s,
                          u"menuSite0=Le Monde && Co menuSite10="_s + StringTable::text(2, 127))}) {
             window.dispatch(command);
             QVERIFY(filled.wait(5000));
-            QCOMPARE(asked(), lists);
+            QCOMPARE(asked(lists), std::pair(1, 1));
             QStringList keys;
             for (const QAction* item : sites->actions())
                 keys << item->objectName() + u'=' + item->text();
@@ -309,9 +350,7 @@ private Q_SLOTS:
         PromotionPanel* panel = p.promotion();
         p.picAD.show();
         QTRY_VERIFY(panel->WebBrowser3()->toPlainText().contains(u"stale page"_s));
-        QFile data(u":/promotion/offADen21.xml"_s);
-        QVERIFY(data.open(QIODevice::ReadOnly));
-        QCOMPARE(readFile(p.temp.filePath(u"offADen21.xml"_s)), data.readAll());
+        QCOMPARE(readFile(p.temp.filePath(u"offADen21.xml"_s)), readFile(u":/promotion/offADen21.xml"_s));
 
         p.connectivity.setOnline(false);
         QVERIFY(QFile::remove(p.temp.filePath(u"offADen21.xml"_s)));

@@ -29,11 +29,11 @@ public:
         return m_service.count("GET", QStringLiteral("/files/%1/%2").arg(m_root, name));
     }
 
-    // "version|1|download|details with the marker|sha256"; an empty digest leaves the field out.
-    void setUpdate(const QString& version, const QString& download = {}, const QByteArray& digestHex = {},
-                   const QString& details = QStringLiteral("Updates:\r\nfaster start"))
+    // "version|7|download|details with the marker|sha256"; an empty digest leaves the field out.
+    void setUpdate(const QString& version, const QString& download = {}, const QByteArray& digestHex = {})
     {
-        QString list = version + QStringLiteral("|7|") + download + u'|' + details;
+        QString list =
+            version + QStringLiteral("|7|") + download + QStringLiteral("|Updates:\r\nfaster start");
         if (!digestHex.isEmpty())
             list += u'|' + QString::fromLatin1(digestHex);
         setFile(QStringLiteral("Update.txt"), list.toUtf8());

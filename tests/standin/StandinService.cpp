@@ -21,10 +21,6 @@ QByteArray reply(int status, const QByteArray& body, const QByteArray& type = "t
            "\r\nConnection: close\r\n" + headers + "\r\n" + body;
 }
 
-const QByteArray kHumanCheckPage =
-    "<html><body><div id=infoDiv>Our systems have detected unusual traffic from your computer network."
-    "</div><form action=\"index\"><div class=\"g-recaptcha\"></div></form></body></html>";
-
 QByteArray page(const QByteArray& title)
 {
     return "<html><head><title>" + title + "</title></head><body><h1>" + title + "</h1></body></html>";
@@ -33,6 +29,14 @@ QByteArray page(const QByteArray& title)
 QString escaped(const QString& text)
 {
     return text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
+}
+
+// Part of speech and words for each entry.
+QList<QPair<QString, QStringList>> dictionary(const QString& text, const QString& target)
+{
+    if (target == u"fr" && text.trimmed().toLower() == u"hello")
+        return {{"interjection", {"bonjour", "salut", "allô"}}};
+    return {{"phrase", {StandinService::translate(text, target)}}};
 }
 
 } // namespace
@@ -69,13 +73,6 @@ QString StandinService::translate(const QString& text, const QString& target)
     return out + in.mid(last);
 }
 
-QList<QPair<QString, QStringList>> StandinService::dictionary(const QString& text, const QString& target)
-{
-    if (target == u"fr" && text.trimmed().toLower() == u"hello")
-        return {{"interjection", {"bonjour", "salut", "allô"}}};
-    return {{"phrase", {translate(text, target)}}};
-}
-
 void StandinService::onReadyRead(QTcpSocket* socket)
 {
     const QByteArray data = socket->peek(socket->bytesAvailable());
@@ -98,18 +95,15 @@ void StandinService::onReadyRead(QTcpSocket* socket)
     socket->disconnect(this); // one request per connection
     m_requests.append(request);
     Q_EMIT requestReceived(request);
-    if (request.path().startsWith(u"/trickle/")) {
-        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + request.path().mid(9).toUtf8() + "\r\n\r\n");
+    const QString kind = request.path().section(u'/', 1, 1);
+    if (kind == u"trickle" || kind == u"cut") {
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + request.path().section(u'/', 2).toUtf8() +
+                      "\r\n\r\n");
         auto* drip = new QTimer(socket);
         connect(drip, &QTimer::timeout, socket, [socket] { socket->write("x"); });
         drip->start(50);
-        return;
-    }
-    if (request.path().startsWith(u"/cut/")) {
-        const int length = request.path().mid(5).toInt();
-        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(length) + "\r\n\r\n" +
-                      QByteArray(length / 2, 'x'));
-        QTimer::singleShot(200, socket, &QTcpSocket::abort);
+        if (kind == u"cut")
+            QTimer::singleShot(200, socket, &QTcpSocket::abort);
         return;
     }
     QTimer::singleShot(m_modes.delayMs, socket, [socket, out = answer(request)] {
@@ -126,6 +120,7 @@ QByteArray StandinService::answer(const Request& request) const
     const QString text = query.queryItemValue(form ? "text" : "q", QUrl::FullyDecoded);
     const QString target = query.queryItemValue("tl");
     const QString translation = translate(text, target);
+    const QString romanization = u'/' + translation.toLower() + u'/';
     const QByteArray retryAfter =
         m_modes.retryAfter.isEmpty() ? QByteArray() : "Retry-After: " + m_modes.retryAfter + "\r\n";
     if (form && !m_modes.formPage.isEmpty() && m_modes.form != FormMode::Refused)
@@ -136,7 +131,10 @@ QByteArray StandinService::answer(const Request& request) const
             {200, "<html><body><c-wiz></c-wiz></body></html>", {}},
             {200, {}, {}},
             {429, page("429 Too Many Requests"), retryAfter},
-            {200, kHumanCheckPage, {}},
+            {200,
+             "<html><body><div id=infoDiv>Our systems have detected unusual traffic from your computer "
+             "network.</div><form action=\"index\"><div class=\"g-recaptcha\"></div></form></body></html>",
+             {}},
             {302, {}, "Location: /sorry/index?continue=%2F\r\n"}};
         const auto& [status, body, headers] = answers[int(m_modes.form) - 1];
         return reply(status, body, "text/html", headers);
@@ -148,8 +146,8 @@ QByteArray StandinService::answer(const Request& request) const
         const QString rest = path.mid(10);
         if (rest == u"0")
             return reply(200, page("arrived"));
-        const QByteArray next = rest == u"loop" ? "loop" : QByteArray::number(rest.toInt() - 1);
-        return reply(302, {}, "text/html", "Location: /redirect/" + next + "\r\n");
+        return reply(302, {}, "text/html",
+                     "Location: /redirect/" + QByteArray::number(rest.toInt() - 1) + "\r\n");
     }
     if (form) {
         // The service wrote romanization line breaks as two spaces and left the dictionary unescaped.
@@ -159,7 +157,7 @@ QByteArray StandinService::answer(const Request& request) const
             "onmouseout=\"this.style.backgroundColor='#fff'\">" +
             escaped(translation) +
             "</span></span></div><div id=res-translit class=translit dir=ltr style=\"text-align:\">" +
-            escaped(romanize(translation).replace(u'\n', "  ")) + "</div><h3>Dictionary</h3><ol>";
+            escaped(QString(romanization).replace(u'\n', "  ")) + "</div><h3>Dictionary</h3><ol>";
         for (const auto& [partOfSpeech, words] : dictionary(text, target))
             html += "<li>" + partOfSpeech + "<div><div>" + words.join("</div><div>").replace(u'\n', u' ') +
                     "</div></div></li>";
@@ -175,7 +173,7 @@ QByteArray StandinService::answer(const Request& request) const
         for (const auto& [partOfSpeech, words] : dictionary(text, target))
             entries.append(QJsonArray{partOfSpeech, QJsonArray::fromStringList(words)});
         const QJsonArray sentences{QJsonArray{translation, text},
-                                   QJsonArray{QJsonValue(), QJsonValue(), romanize(translation)}};
+                                   QJsonArray{QJsonValue(), QJsonValue(), romanization}};
         return reply(200, QJsonDocument(QJsonArray{sentences, entries, "en"}).toJson(QJsonDocument::Compact),
                      "application/json; charset=UTF-8");
     }

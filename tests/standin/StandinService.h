@@ -13,9 +13,9 @@ namespace quillora::test
 // A stand-in for the translation service and the maker's file server on 127.0.0.1, one request per
 // connection: POST / (the form, by formMode), GET /translate_a/single (JSON, by jsonMode),
 // GET /files/<name> (set by setFile; otherwise a "404 Not Found" page), GET /status/<n> (a page
-// with status n), GET /redirect/<n> (n redirects, then a page; "loop" never ends) and GET
-// /trickle/<n> (a length of n, then a byte every 50 ms) and GET /cut/<n> (a length of n, half of it, then
-// the connection drops). Every request is recorded.
+// with status n), GET /redirect/<n> (n redirects, then a page), GET
+// /trickle/<n> (a length of n, then a byte every 50 ms) and GET /cut/<n> (the same, but the connection
+// drops after 200 ms). Every request is recorded.
 // Translations are deterministic: to "fr" a few English words (hello -> bonjour, world -> monde,
 // cat -> chat, dog -> chien), every other word upper-cased; the romanization is the translation in
 // lower case between "/" marks; the dictionary has "interjection" entries for "hello" to "fr" and a
@@ -61,9 +61,6 @@ public:
     int count(const QByteArray& method, const QString& path) const;
 
     static QString translate(const QString& text, const QString& target);
-    static QString romanize(const QString& translation) { return u'/' + translation.toLower() + u'/'; }
-    // Part of speech and words for each entry.
-    static QList<QPair<QString, QStringList>> dictionary(const QString& text, const QString& target);
 
 Q_SIGNALS:
     void requestReceived(const quillora::test::StandinService::Request& request);
