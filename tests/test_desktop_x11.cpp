@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalSpy>
 #include <QThread>
 #include <X11/keysym.h>
 #include <xcb/xcb_keysyms.h>
