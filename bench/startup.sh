@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Start-up to the first showing and resident memory at rest (VmRSS 7 s after start) of the program
 # against a bare Qt window that makes one HTTPS request a second after showing, the two run in turn,
-# median of 5 each, on the X server in $DISPLAY. Usage: startup.sh <builddir>
+# median of 21 each (RUNS=<n> to change), on the X server in $DISPLAY. Usage: startup.sh <builddir>
 set -euo pipefail
 # A desktop session has a D-Bus session bus; without one, each D-Bus user first tries to start one
 # itself, which no desktop user pays for.
@@ -9,7 +9,7 @@ if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ] && command -v dbus-run-session >/dev/n
     exec dbus-run-session -- "$0" "$@"
 fi
 build="$(cd "${1:-build}" && pwd)"
-runs=${RUNS:-5}
+runs=${RUNS:-21}
 rest=7
 
 median() { sort -n | awk '{ v[NR] = $1 } END { if (NR) print v[int((NR + 1) / 2)] }'; }
