@@ -63,12 +63,18 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+// Set late: drawing it at all its sizes would hold up the window's first showing.
+void setProgramIcon()
+{
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+}
+
 // Nothing else has started: the user learns why in a box, a terminal on the error stream, both in
 // the interface language. The program ends when the box is answered.
 int reportUpdaterKept(const QString& path, const QString& reason)
 {
     const QString language = interfaceLanguageFor(Settings().language());
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+    setProgramIcon();
     const QString text =
         uiText(language, MsgWithReason).arg(uiText(language, MsgUpdaterKept).arg(path), reason);
     std::fprintf(stderr, "quillora: %s\n", qUtf8Printable(text));
@@ -124,12 +130,12 @@ int main(int argc, char* argv[])
 
     std::optional<SysTray> tray;
     const auto withIcons = [&tray, &window] {
-        QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillora.svg")));
+        setProgramIcon();
         return &tray.emplace(&window);
     };
     if (!command.startsHidden()) {
         window.show();
-        // Drawing the icons at all their sizes would hold up the window's first showing.
+        // The icons wait for the window's first showing, which drawing them would hold up.
         new FirstShowing(&window, [withIcons] { withIcons()->AddTrayIcon(); });
         return app.exec();
     }
